@@ -1,0 +1,25 @@
+# Compiler flags for everything (talvek_warnings) and for code that also runs on the device (talvek_library_code).
+
+add_library(talvek_warnings INTERFACE)
+target_compile_features(talvek_warnings INTERFACE cxx_std_17)
+target_compile_options(talvek_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wno-sign-conversion -Wundef
+  $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual>)
+
+set(TALVEK_SANITIZE "" CACHE STRING "Comma-separated sanitizers, for example address,undefined or thread")
+if(TALVEK_SANITIZE)
+  add_compile_options(-fsanitize=${TALVEK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+  add_link_options(-fsanitize=${TALVEK_SANITIZE})
+  if(TALVEK_SANITIZE MATCHES "undefined")
+    add_compile_options(-fno-sanitize=vptr)   # needs run-time type information, which the library does without
+    add_link_options(-fno-sanitize=vptr)
+  endif()
+endif()
+
+# No exceptions, no run-time types, no thread-safe statics, nothing visible that is not exported on purpose.
+add_library(talvek_library_code INTERFACE)
+target_link_libraries(talvek_library_code INTERFACE talvek_warnings)
+target_include_directories(talvek_library_code INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
+target_compile_options(talvek_library_code INTERFACE
+  -fvisibility=hidden
+  $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics -fvisibility-inlines-hidden>)
