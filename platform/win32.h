@@ -127,6 +127,7 @@ PLATFORM_API BOOL FreeLibrary(HMODULE module);
 
 constexpr DWORD GENERIC_READ = 0x80000000u;
 constexpr DWORD GENERIC_WRITE = 0x40000000u;
+constexpr DWORD FILE_APPEND_DATA = 4; // on its own: each write goes to the end, whoever else writes to the file
 constexpr DWORD FILE_SHARE_READ = 1;
 constexpr DWORD FILE_SHARE_WRITE = 2;
 constexpr DWORD OPEN_EXISTING = 3;
@@ -142,6 +143,10 @@ constexpr DWORD FILE_END = 2;
 PLATFORM_API HANDLE CreateFileW(const WCHAR* name, DWORD access, DWORD share_mode, void* security, DWORD disposition,
                                 DWORD flags, HANDLE template_file);
 PLATFORM_API BOOL CloseHandle(HANDLE handle);
+// The process's standard error; the caller does not close it. INVALID_HANDLE_VALUE for any other `which`. Called by the
+// log, whose messages about itself and whose destination "-" go there; a terminal stays in the mode that it is in.
+constexpr DWORD STD_ERROR_HANDLE = 0xFFFFFFF4u;
+PLATFORM_API HANDLE GetStdHandle(DWORD which);
 // Reads up to `size` octets. On a port with the read interval and multiplier at MAXDWORD: returns at once what is waiting,
 // else waits up to the read constant for the first octet; then TRUE with `*read` = 0. A port that has been hung up gives
 // FALSE with ERROR_NOT_READY, never TRUE with 0 octets.

@@ -1,0 +1,30 @@
+# What an installation holds: headers, the three libraries side by side, the client, the simulated module in a folder of its
+# own, its scenarios, and the files by which CMake and pkg-config find it. It may be moved: every path in it is relative.
+include(CMakePackageConfigHelpers)
+
+add_library(talvek::talvek ALIAS talvek)
+
+install(DIRECTORY include/talvek DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+install(TARGETS talvek_platform ov_utility talvek LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+
+set(TALVEK_SIM_INSTALL_DIRECTORY ${CMAKE_INSTALL_LIBDIR}/talvek-sim)
+set_target_properties(GobiApi PROPERTIES INSTALL_RPATH "$ORIGIN/..")
+install(TARGETS GobiApi LIBRARY DESTINATION ${TALVEK_SIM_INSTALL_DIRECTORY})
+install(DIRECTORY sim/scenarios DESTINATION ${CMAKE_INSTALL_DATADIR}/talvek)
+
+if(TALVEK_BUILD_CTL)
+  file(RELATIVE_PATH from_bin_to_lib "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+  set_target_properties(talvekctl PROPERTIES INSTALL_RPATH "$ORIGIN/${from_bin_to_lib}")
+  install(TARGETS talvekctl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+
+set(package_directory ${CMAKE_INSTALL_LIBDIR}/cmake/talvek)
+configure_package_config_file(cmake/talvekConfig.cmake.in ${CMAKE_BINARY_DIR}/talvekConfig.cmake
+  INSTALL_DESTINATION ${package_directory} PATH_VARS CMAKE_INSTALL_INCLUDEDIR CMAKE_INSTALL_LIBDIR)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/talvekConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/talvekConfig.cmake ${CMAKE_BINARY_DIR}/talvekConfigVersion.cmake
+  DESTINATION ${package_directory})
+
+file(RELATIVE_PATH from_pc_to_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+configure_file(cmake/talvek.pc.in ${CMAKE_BINARY_DIR}/talvek.pc @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/talvek.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# check_install.sh BUILD EXAMPLES CMAKE CC CXX
+#
+# Installs BUILD into a scratch folder, moves that folder (an installation may be moved), builds the examples against it by
+# pkg-config and by find_package, and runs them with the simulated module.
+set -euo pipefail
+build="$1" examples="$2" cmake="$3" cc="$4" cxx="$5"
+
+scratch="$build/install-check"
+rm -rf "$scratch"
+"$cmake" --install "$build" --prefix "$scratch/first" >/dev/null
+mkdir "$scratch/moved"
+mv "$scratch/first" "$scratch/moved/talvek"
+prefix="$scratch/moved/talvek"
+cp -r "$examples" "$scratch/examples"
+
+check() { # NAME EXPECTED COMMAND...
+    local name="$1" expected="$2" output
+    shift 2
+    output="$("$@")" || { echo "$name: failed: $output"; exit 1; }
+    [ "$output" = "$expected" ] || { echo "$name: printed '$output', not '$expected'"; exit 1; }
+    echo "$name: $output"
+}
+
+pc="$(find "$prefix" -name talvek.pc)"
+export PKG_CONFIG_PATH="${pc%/*}"
+libraries="$(pkg-config --variable=libdir talvek)"
+# shellcheck disable=SC2046
+"$cc" -std=c11 -Wall -Wextra -Wpedantic -Werror "$scratch/examples/hello.c" -o "$scratch/hello" \
+    $(pkg-config --cflags --libs talvek) "-Wl,-rpath,$libraries"
+# shellcheck disable=SC2046
+"$cxx" -std=c++17 -Wall -Wextra -Wpedantic -Werror "$scratch/examples/hello_class.cpp" -o "$scratch/hello_class" \
+    $(pkg-config --cflags --libs talvek) "-Wl,-rpath,$libraries"
+
+"$cmake" -S "$scratch/examples" -B "$scratch/build" -G Ninja "-DCMAKE_C_COMPILER=$cc" "-DCMAKE_CXX_COMPILER=$cxx" \
+    "-DCMAKE_PREFIX_PATH=$prefix" >/dev/null
+"$cmake" --build "$scratch/build" >/dev/null
+
+for folder in "$scratch" "$scratch/build"; do
+    check "${folder##*/}/hello" "T4.2.17.0-SIM (ORV_RCODE_OK)" "$prefix/bin/talvekctl" sim exec cdma -- "$folder/hello"
+    check "${folder##*/}/hello_class" "Simulated (vendor status 0)" \
+        "$prefix/bin/talvekctl" sim exec cdma -- "$folder/hello_class"
+done
