@@ -13,6 +13,8 @@ char g_PriRevision[GOBI_REVISION_SIZE];
 
 OrvAirServerList g_AirServerList;
 
+Shared<OrvNotifyCallback> g_ClientCallback;
+
 Shared<ULONG> g_GsmSmsSource;
 Shared<ULONG> g_DataCapsMask;
 Shared<WORD> g_sessionID;

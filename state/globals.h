@@ -5,6 +5,7 @@
 #include "platform/shared.h"
 #include "talvek/core.h"
 #include "talvek/gobi_types.h"
+#include "talvek/notify.h"
 
 // --- the selected module
 // ----------------------------------------------------------------------------------------------
@@ -22,6 +23,11 @@ extern char g_BootRevision[GOBI_REVISION_SIZE];
 extern char g_PriRevision[GOBI_REVISION_SIZE];
 
 extern OrvAirServerList g_AirServerList; // the last successful discovery
+
+// The client callback as the exported interface holds it, for the deliveries that do not go through the notification
+// registry: SMS, cell broadcast, voice mail, network time, emergency mode. Set by registration, cleared by
+// deregistration.
+extern Shared<OrvNotifyCallback> g_ClientCallback;
 
 // --- what the last events said
 // ----------------------------------------------------------------------------------------

@@ -1,5 +1,6 @@
 // The binding's life: loading, look-ups, connecting, and which kind of module it is.
 
+#include <initializer_list>
 #include <string.h>
 
 #include "vendor/entry_points.h"

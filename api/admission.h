@@ -1,0 +1,24 @@
+// The guards of the exported functions. Each function names the one that it has:
+//
+//     if (const ORV_RCODE refused = RequireInitialized()) return refused;
+#pragma once
+
+#include "api/objects.h"
+#include "utility/log.h"
+
+// The vendor binding.
+inline COrvGobiDll& Gobi() { return g_GobiDll; }
+
+// 10 before start-up.
+inline ORV_RCODE RequireInitialized() { return Gobi().IsInitialized() ? ORV_RCODE_OK : ORV_RCODE_API_NOT_INIT; }
+
+// 10 before start-up, with a trace.
+inline ORV_RCODE RequireInitializedTraced()
+{
+    if (Gobi().IsInitialized()) return ORV_RCODE_OK;
+    TRACE_ERROR(TXT("API not initialized"));
+    return ORV_RCODE_API_NOT_INIT;
+}
+
+// 17 before start-up: cached values, the notification switches.
+inline ORV_RCODE RequireAvailable() { return Gobi().IsInitialized() ? ORV_RCODE_OK : ORV_RCODE_NOT_AVAILABLE; }

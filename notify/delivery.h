@@ -1,0 +1,37 @@
+// How an adapter reaches the registry: at once under the API-wide lock, or on a short-lived thread.
+#pragma once
+
+#include "notify/OrvNotify.h"
+#include "state/sync_block.h"
+
+// Takes the API-wide lock and runs `event.Dispatch(registry)`, unless no client is registered: the event is then
+// dropped without a trace.
+template <class Event>
+void DeliverUnderLock(Event event)
+{
+    const OrvSyncGuard guard;
+    COrvNotify& registry = *g_pOrvNotify;
+    if (registry.ClientCallback()) event.Dispatch(registry);
+}
+
+// Runs `body(argument)` on a thread of its own and returns at once. False when no thread is to be had.
+inline bool StartDelivery(LPTHREAD_START_ROUTINE body, LPVOID argument)
+{
+    const HANDLE thread = CreateThread(nullptr, 0, body, argument, 0, nullptr);
+    if (!thread) return false;
+    CloseHandle(thread);
+    return true;
+}
+
+// The same for an event of one word, which travels in the argument itself. The event is dropped when no thread is to be
+// had.
+template <class Event>
+void DeliverOnThread(ULONG word)
+{
+    StartDelivery(
+        [](LPVOID argument) -> DWORD {
+            DeliverUnderLock(Event{static_cast<ULONG>(reinterpret_cast<uintptr_t>(argument))});
+            return 0;
+        },
+        reinterpret_cast<LPVOID>(static_cast<uintptr_t>(word)));
+}

@@ -1,0 +1,100 @@
+// Events of device management.
+
+#include "api/OrvError.h"
+#include "notify/adapters.h"
+#include "notify/delivery.h"
+#include "state/globals.h"
+#include "utility/log.h"
+
+namespace {
+
+constexpr const WCHAR* kLogSource = TXT(".\\OrvNotify.cpp");
+
+constexpr ULONG kAlertReceived = 2;
+constexpr ULONG kClassDeviceConfiguration = 1;
+constexpr ULONG kClassPrl = 2;
+
+struct OmadmStateEvent {
+    ULONG session_state;
+    ULONG failure_reason;
+
+    void Dispatch(COrvNotify& registry)
+    {
+        LOG_C("COrvNotify::OMADMStateCallback: sessionState = %d", session_state);
+        if (registry.Admit(NotifySource::OmadmState)) registry.Walk(NotifySource::OmadmState, *this);
+    }
+
+    Outcome Fill(OrvNotifyRecord& record, const szNotifyItem&)
+    {
+        OrvOMADMSessionState& state = record.payload.OMADMState;
+        record.uPayloadSize = sizeof state;
+        state.sizeStruct = sizeof state;
+        state.nState = ConvertGobi2OrvOMADMSessionState(failure_reason, session_state);
+        LOG_C("omadmsessionstate.nState = %d, sessionState = %d", state.nState, session_state);
+        return Outcome::Deliver;
+    }
+};
+
+struct OmadmAlertEvent {
+    ULONG session_type;
+    WORD session_id;
+    ULONG session_class = 0;
+
+    void Dispatch(COrvNotify& registry)
+    {
+        LOG_C("COrvNotify::OMADMAlertCallback: sessionType = %d, sessionID = %d", session_type, session_id);
+        ULONG initiator = 0;
+        ConvertGobi2OrvSessionType(session_type, &session_class, &initiator);
+        registry.SetPendingOmaDm(session_class, session_id);
+        if (registry.Admit(NotifySource::OmadmAlert)) registry.Walk(NotifySource::OmadmAlert, *this);
+    }
+
+    Outcome Fill(OrvNotifyRecord& record, const szNotifyItem&)
+    {
+        OrvOMADMAlert& alert = record.payload.OMADMAlert;
+        record.uPayloadSize = sizeof alert;
+        alert.sizeStruct = sizeof alert;
+        alert.nState = kAlertReceived;
+        alert.nType = session_class;
+        if (session_class == kClassDeviceConfiguration) alert.uDcSessionId = session_id;
+        if (session_class == kClassPrl) alert.uPrlSessionId = session_id;
+        return Outcome::Deliver;
+    }
+};
+
+// An event of two words is more than a thread's argument holds on a 32-bit machine.
+template <class Event>
+DWORD DeliveryThread(LPVOID argument)
+{
+    const Event event = *static_cast<Event*>(argument);
+    HeapFree(GetProcessHeap(), 0, argument);
+    DeliverUnderLock(event);
+    return 0;
+}
+
+template <class Event>
+void DeliverCopyOnThread(const Event& event)
+{
+    void* const copy = HeapAlloc(GetProcessHeap(), 0, sizeof event);
+    if (!copy) return;
+    *static_cast<Event*>(copy) = event;
+    if (!StartDelivery(DeliveryThread<Event>, copy)) HeapFree(GetProcessHeap(), 0, copy);
+}
+
+} // namespace
+
+void ORV_VENDOR_CALL OMADMStateCallback(ULONG sessionState, ULONG failureReason)
+{
+    DeliverCopyOnThread(OmadmStateEvent{sessionState, failureReason});
+}
+
+void ORV_VENDOR_CALL OMADMAlertCallback(ULONG sessionType, WORD sessionID)
+{
+    g_sessionType = sessionType;
+    g_sessionID = sessionID;
+    TBD_ASSERT(sessionID != 0, "ASSERTION FAILURE: ===>g_sessionID != 0");
+    DeliverCopyOnThread(OmadmAlertEvent{sessionType, sessionID});
+}
+
+// Reported to the log; its records are not delivered yet.
+void ORV_VENDOR_CALL OMAEXEventCallback(FUMOInfo*, OMAInfo*) { LOG_C("OMAEXEventCallback"); }

@@ -1,0 +1,3 @@
+#include "queries/gsm_system_status.h"
+
+bool QueryGsmSystemStatus(COrvGobiDll&, OrvGsmSystemStatus*) { return false; }

@@ -1,0 +1,34 @@
+#include "queries/serving_network.h"
+
+#include "api/OrvError.h"
+
+namespace {
+
+BYTE Bounded(BYTE returned, BYTE capacity) { return returned < capacity ? returned : capacity; }
+
+} // namespace
+
+ULONG ServingNetworkCaps::Query(COrvGobiDll& gobi)
+{
+    count = sizeof list;
+    const ULONG status = gobi.GetServingNetworkCaps(&count, list);
+    count = status == 0 ? Bounded(count, sizeof list) : 0;
+    return status;
+}
+
+ULONG ServingNetwork::Query(COrvGobiDll& gobi)
+{
+    radio_interface_count = sizeof radio_interfaces;
+    const ULONG status =
+        gobi.GetServingNetwork(&registration_state, &cs_domain, &ps_domain, &ran, &radio_interface_count,
+                               radio_interfaces, &roaming, &mcc, &mnc, sizeof name, name);
+    radio_interface_count = status == 0 ? Bounded(radio_interface_count, sizeof radio_interfaces) : 0;
+    name[sizeof name - 1] = 0;
+    return status;
+}
+
+bool ServingNetwork::IsServedBy(BYTE radio_interface) const
+{
+    BYTE index;
+    return FindByteInTable(radio_interface, radio_interface_count, radio_interfaces, &index);
+}

@@ -1,0 +1,31 @@
+// Questions about the serving network. The counts that the module returns are bounded to what was asked for.
+#pragma once
+
+#include "talvek/gobi_dll.h"
+
+// What the serving network can do.
+struct ServingNetworkCaps {
+    BYTE count = 0;
+    BYTE list[GOBI_MAX_SERVING_NETWORK_CAPS] = {};
+
+    // Returns the vendor's status.
+    ULONG Query(COrvGobiDll& gobi);
+};
+
+// How the module is served.
+struct ServingNetwork {
+    ULONG registration_state = 0; // 1 = registered
+    ULONG cs_domain = 0;
+    ULONG ps_domain = 0;
+    ULONG ran = 0;
+    BYTE radio_interface_count = 0;
+    BYTE radio_interfaces[GOBI_MAX_RADIO_INTERFACES] = {};
+    ULONG roaming = 0;
+    WORD mcc = 0;
+    WORD mnc = 0;
+    char name[50] = {}; // terminated
+
+    // Returns the vendor's status.
+    ULONG Query(COrvGobiDll& gobi);
+    bool IsServedBy(BYTE radio_interface) const;
+};
