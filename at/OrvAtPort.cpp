@@ -22,7 +22,8 @@ constexpr DWORD kResynchronisationMs = 1000;
 ULONG NameLength(const WCHAR* name)
 {
     ULONG length = 0;
-    while (length <= kAtPortNameLength && name[length]) ++length;
+    while (length <= kAtPortNameLength && name[length])
+        ++length;
     return length;
 }
 

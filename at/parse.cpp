@@ -10,7 +10,8 @@ bool IsDigit(char character) { return character >= '0' && character <= '9'; }
 
 const char* SkipBlanks(const char* text)
 {
-    while (*text == ' ') ++text;
+    while (*text == ' ')
+        ++text;
     return text;
 }
 
@@ -41,7 +42,8 @@ bool ParseUInt(const char* text, int allow_leading_zero, ULONG* value, const cha
     if (!allow_leading_zero && digits[0] == '0' && IsDigit(digits[1])) return false;
 
     const char* walk = digits;
-    for (; IsDigit(*walk); ++walk) *value = *value * 10 + static_cast<ULONG>(*walk - '0');
+    for (; IsDigit(*walk); ++walk)
+        *value = *value * 10 + static_cast<ULONG>(*walk - '0');
     *rest = SkipBlanks(walk);
     return true;
 }

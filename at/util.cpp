@@ -62,7 +62,8 @@ char* AppendAT(char* buffer, ULONG capacity)
 {
     if (capacity == 0) return buffer;
     const char* text = "AT";
-    while (*text && --capacity) *buffer++ = *text++;
+    while (*text && --capacity)
+        *buffer++ = *text++;
     *buffer = '\0';
     return buffer;
 }
@@ -98,10 +99,11 @@ void HexDump(const void* data, ULONG size)
     const BYTE* const octets = static_cast<const BYTE*>(data);
     LOG_C("----------------------------------------");
     LOG_C("dumping 0x%x %d bytes", static_cast<ULONG>(reinterpret_cast<uintptr_t>(data)), size);
-    for (ULONG offset = 0; offset < size; offset += kDumpWidth) {
+    ULONG count = 0;
+    for (ULONG offset = 0; offset < size; offset += count) {
         char values[kDumpWidth * 4];
         char* walk = values;
-        const ULONG count = size - offset < kDumpWidth ? size - offset : kDumpWidth;
+        count = size - offset < kDumpWidth ? size - offset : kDumpWidth;
         for (ULONG i = 0; i < count; ++i) {
             const BYTE octet = octets[offset + i];
             if (i) {

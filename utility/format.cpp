@@ -72,7 +72,8 @@ private:
     {
         const Char* at = start + 1;
         Conversion conversion;
-        for (; *at == '-' || *at == '0'; ++at) (*at == '-' ? conversion.left : conversion.zero) = true;
+        for (; *at == '-' || *at == '0'; ++at)
+            (*at == '-' ? conversion.left : conversion.zero) = true;
         conversion.width = ReadNumber(at);
         if (*at == '.') {
             ++at;
@@ -87,16 +88,36 @@ private:
 
         switch (*at) {
         case 'd':
-        case 'i': Signed(conversion, va_arg(m_arguments, int32_t)); break;
-        case 'u': Integer(conversion, va_arg(m_arguments, ULONG), false, 10, 'A'); break;
-        case 'x': Integer(conversion, va_arg(m_arguments, ULONG), false, 16, 'a'); break;
-        case 'X': Integer(conversion, va_arg(m_arguments, ULONG), false, 16, 'A'); break;
-        case 'p': Pointer(conversion, va_arg(m_arguments, const void*)); break;
-        case 'c': Padded(conversion, 1, [&] { m_out.Put(static_cast<Char>(va_arg(m_arguments, int))); }); break;
-        case 's': Text(conversion, va_arg(m_arguments, const Char*)); break;
-        case 'S': Text(conversion, va_arg(m_arguments, const typename OtherWidth<Char>::Type*)); break;
-        case '%': m_out.Put('%'); break;
-        default: PutText(m_out, start, static_cast<ULONG>(at - start)); return at;
+        case 'i':
+            Signed(conversion, va_arg(m_arguments, int32_t));
+            break;
+        case 'u':
+            Integer(conversion, va_arg(m_arguments, ULONG), false, 10, 'A');
+            break;
+        case 'x':
+            Integer(conversion, va_arg(m_arguments, ULONG), false, 16, 'a');
+            break;
+        case 'X':
+            Integer(conversion, va_arg(m_arguments, ULONG), false, 16, 'A');
+            break;
+        case 'p':
+            Pointer(conversion, va_arg(m_arguments, const void*));
+            break;
+        case 'c':
+            Padded(conversion, 1, [&] { m_out.Put(static_cast<Char>(va_arg(m_arguments, int))); });
+            break;
+        case 's':
+            Text(conversion, va_arg(m_arguments, const Char*));
+            break;
+        case 'S':
+            Text(conversion, va_arg(m_arguments, const typename OtherWidth<Char>::Type*));
+            break;
+        case '%':
+            m_out.Put('%');
+            break;
+        default:
+            PutText(m_out, start, static_cast<ULONG>(at - start));
+            return at;
         }
         return at + 1;
     }
@@ -131,7 +152,8 @@ private:
         Padded(conversion, sign + zeros + count, [&] {
             if (negative) m_out.Put('-');
             Repeat('0', zeros);
-            while (count > 0) m_out.Put(digits[--count]);
+            while (count > 0)
+                m_out.Put(digits[--count]);
         });
     }
 
@@ -156,7 +178,8 @@ private:
 
     void Repeat(Char character, ULONG count)
     {
-        for (; count > 0 && !m_out.Full(); --count) m_out.Put(character);
+        for (; count > 0 && !m_out.Full(); --count)
+            m_out.Put(character);
     }
 
     TextWriter<Char> m_out;

@@ -16,11 +16,12 @@ public:
     // All of the characters, or none.
     void PutWhole(const Char* text, ULONG length)
     {
-        if (m_full || length >= m_room - m_used || m_room == 0) {
+        if (m_full || length >= m_room - m_used) {
             m_full = true;
             return;
         }
-        for (ULONG i = 0; i < length; ++i) m_out[m_used++] = text[i];
+        for (ULONG i = 0; i < length; ++i)
+            m_out[m_used++] = text[i];
     }
     // Terminates the text and returns its length.
     ULONG Finish()
@@ -41,7 +42,8 @@ template <class Char>
 ULONG BoundedLength(const Char* text, ULONG limit)
 {
     ULONG length = 0;
-    while (length < limit && text[length]) ++length;
+    while (length < limit && text[length])
+        ++length;
     return length;
 }
 
@@ -101,8 +103,10 @@ inline ULONG Utf8CharacterLength(const char* text, ULONG size)
     if (size == 0) return 0;
     const BYTE first = octet(0);
     if (first < 0x80) return 1;
-    const ULONG length = first >= 0xC2 && first < 0xE0 ? 2 : first >= 0xE0 && first < 0xF0 ? 3
-                         : first >= 0xF0 && first < 0xF5 ? 4 : 0;
+    const ULONG length = first >= 0xC2 && first < 0xE0   ? 2
+                         : first >= 0xE0 && first < 0xF0 ? 3
+                         : first >= 0xF0 && first < 0xF5 ? 4
+                                                         : 0;
     if (length == 0 || size < length) return 0;
     for (ULONG i = 1; i < length; ++i) {
         if ((octet(i) & 0xC0) != 0x80) return 0;
@@ -127,7 +131,8 @@ void PutText(TextWriter<Char>& out, const char* text, ULONG length)
 }
 inline void PutText(TextWriter<WCHAR>& out, const WCHAR* text, ULONG length)
 {
-    for (ULONG i = 0; i < length; ++i) out.Put(text[i]);
+    for (ULONG i = 0; i < length; ++i)
+        out.Put(text[i]);
 }
 inline void PutText(TextWriter<char>& out, const WCHAR* text, ULONG length)
 {
@@ -140,10 +145,14 @@ inline void PutEscaped(TextWriter<char>& out, char character)
     constexpr const char* kDigits = "0123456789ABCDEF";
     const BYTE octet = static_cast<BYTE>(character);
     switch (character) {
-    case '\r': return out.PutWhole("\\r", 2);
-    case '\n': return out.PutWhole("\\n", 2);
-    case '\t': return out.PutWhole("\\t", 2);
-    default: break;
+    case '\r':
+        return out.PutWhole("\\r", 2);
+    case '\n':
+        return out.PutWhole("\\n", 2);
+    case '\t':
+        return out.PutWhole("\\t", 2);
+    default:
+        break;
     }
     const char text[] = {'\\', 'x', kDigits[octet >> 4], kDigits[octet & 15]};
     out.PutWhole(text, sizeof text);
