@@ -2,6 +2,7 @@
 #pragma once
 
 #include "notify/OrvNotify.h"
+#include "notify/event_slots.h"
 #include "state/sync_block.h"
 
 // Takes the API-wide lock and runs `event.Dispatch(registry)`, unless no client is registered: the event is then
@@ -34,4 +35,23 @@ void DeliverOnThread(ULONG word)
             return 0;
         },
         reinterpret_cast<LPVOID>(static_cast<uintptr_t>(word)));
+}
+
+// The same for an event that is more than a thread's argument holds on a 32-bit machine.
+template <class Event>
+void DeliverCopyOnThread(const Event& event)
+{
+    static_assert(sizeof event <= kEventSlotSize, "the event travels in a slot");
+    void* const copy = TakeEventSlot();
+    if (!copy) return;
+    *static_cast<Event*>(copy) = event;
+    const bool started = StartDelivery(
+        [](LPVOID argument) -> DWORD {
+            const Event taken = *static_cast<Event*>(argument);
+            GiveEventSlot(argument);
+            DeliverUnderLock(taken);
+            return 0;
+        },
+        copy);
+    if (!started) GiveEventSlot(copy);
 }

@@ -62,25 +62,6 @@ struct OmadmAlertEvent {
     }
 };
 
-// An event of two words is more than a thread's argument holds on a 32-bit machine.
-template <class Event>
-DWORD DeliveryThread(LPVOID argument)
-{
-    const Event event = *static_cast<Event*>(argument);
-    HeapFree(GetProcessHeap(), 0, argument);
-    DeliverUnderLock(event);
-    return 0;
-}
-
-template <class Event>
-void DeliverCopyOnThread(const Event& event)
-{
-    void* const copy = HeapAlloc(GetProcessHeap(), 0, sizeof event);
-    if (!copy) return;
-    *static_cast<Event*>(copy) = event;
-    if (!StartDelivery(DeliveryThread<Event>, copy)) HeapFree(GetProcessHeap(), 0, copy);
-}
-
 } // namespace
 
 void ORV_VENDOR_CALL OMADMStateCallback(ULONG sessionState, ULONG failureReason)
