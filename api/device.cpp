@@ -118,10 +118,7 @@ ORV_RCODE ORV_CALL OrvGetPriInfo(OrvPriInfo* record)
     if (!record) return ORV_RCODE_BAD_PARAMETER;
     *record = OrvPriInfo();
     record->sizeStruct = sizeof *record;
-    Scanner<char>(g_PriRevision)
-        .Decimal(2, &record->uPriCarrier)
-        .Decimal(4, &record->uPriVersion)
-        .Decimal(2, &record->uPriRevision);
+    Scan(g_PriRevision, "%2d%4d%2d", {&record->uPriCarrier, &record->uPriVersion, &record->uPriRevision});
     return ORV_RCODE_OK;
 }
 

@@ -169,7 +169,7 @@ ORV_RCODE ORV_CALL OrvGetAvailAirServers(OrvAirServerList* list)
         return ORV_RCODE_FAILED;
     }
     ULONG vendor_id = 0, product_id = 0;
-    Scanner<WCHAR>(identity.text).Literal("VID_").Hex(&vendor_id).Literal("&PID_").Hex(&product_id);
+    Scan(identity.text, "VID_%x&PID_%x", {&vendor_id, &product_id});
     LOG_W(TXT("DEBUG: vidpidStr detected is %s, iVid = %x, iPid = 0x%x; %d"), identity.text, vendor_id, product_id,
           product_id);
     if (vendor_id != kUsbVendorID || !IsAcceptedDevice(product_id)) {

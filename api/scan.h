@@ -1,54 +1,58 @@
-// Reads a text as the C library's scanf does, for either width of character, without a locale: the first part that does
-// not match ends the scan, and what it would have filled keeps its value.
+// Reads a text as the C library's scanf does, for either width of character, without a locale.
 #pragma once
+
+#include <initializer_list>
 
 #include "talvek/types.h"
 
+namespace scan {
+
 template <class Char>
-class Scanner {
-public:
-    explicit Scanner(const Char* text) : m_text(text) {}
+ULONG Digit(Char c)
+{
+    if (c >= '0' && c <= '9') return static_cast<ULONG>(c - '0');
+    if (c >= 'a' && c <= 'f') return static_cast<ULONG>(c - 'a' + 10);
+    if (c >= 'A' && c <= 'F') return static_cast<ULONG>(c - 'A' + 10);
+    return 99;
+}
 
-    // The very characters of `literal`.
-    Scanner& Literal(const char* literal)
-    {
-        for (; m_ok && *literal; ++literal, ++m_text)
-            if (*m_text != static_cast<Char>(*literal)) m_ok = false;
-        return *this;
+// Optional blanks, then at most `width` characters of sign, "0x" (base 16) and digits; wraps at 32 bits. Returns where
+// the text goes on, or null, with *value untouched, when there is no digit.
+template <class Char>
+const Char* Number(const Char* text, ULONG base, ULONG width, ULONG* value)
+{
+    while (*text == ' ' || (*text >= '\t' && *text <= '\r'))
+        ++text;
+    const bool negative = *text == '-';
+    if (width && (*text == '-' || *text == '+')) ++text, --width;
+    if (base == 16 && width > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X') && Digit(text[2]) < base)
+        text += 2, width -= 2;
+    const Char* const first = text;
+    ULONG result = 0;
+    for (; width && Digit(*text) < base; ++text, --width)
+        result = result * base + Digit(*text);
+    if (text == first) return nullptr;
+    *value = negative ? 0 - result : result;
+    return text;
+}
+
+} // namespace scan
+
+// Walks `format`: %x takes a hexadecimal number, %<width>d a decimal one, any other character itself. The first part
+// that does not match ends the scan; the values that are left keep what they hold.
+template <class Char>
+void Scan(const Char* text, const char* format, std::initializer_list<ULONG*> values)
+{
+    ULONG* const* value = values.begin();
+    for (; text && *format; ++format) {
+        if (*format != '%') {
+            text = *text == static_cast<Char>(*format) ? text + 1 : nullptr;
+            continue;
+        }
+        ULONG width = 0;
+        while (*++format >= '0' && *format <= '9')
+            width = width * 10 + static_cast<ULONG>(*format - '0');
+        if (value == values.end()) return;
+        text = scan::Number(text, *format == 'x' ? 16 : 10, width ? width : ~width, *value++);
     }
-
-    // %x: optional blanks, sign and "0x", then hexadecimal digits. Wraps at 32 bits.
-    Scanner& Hex(ULONG* value) { return Integer(16, ~static_cast<ULONG>(0), value); }
-
-    // %<width>d: optional blanks, then at most `width` characters of sign and digits.
-    Scanner& Decimal(ULONG width, ULONG* value) { return Integer(10, width, value); }
-
-private:
-    static ULONG Digit(Char c)
-    {
-        if (c >= '0' && c <= '9') return static_cast<ULONG>(c - '0');
-        if (c >= 'a' && c <= 'f') return static_cast<ULONG>(c - 'a' + 10);
-        if (c >= 'A' && c <= 'F') return static_cast<ULONG>(c - 'A' + 10);
-        return 99;
-    }
-
-    Scanner& Integer(ULONG base, ULONG width, ULONG* value)
-    {
-        if (!m_ok) return *this;
-        while (*m_text == ' ' || (*m_text >= '\t' && *m_text <= '\r'))
-            ++m_text;
-        const bool negative = *m_text == '-';
-        if (width && (*m_text == '-' || *m_text == '+')) ++m_text, --width;
-        if (base == 16 && m_text[0] == '0' && (m_text[1] == 'x' || m_text[1] == 'X') && Digit(m_text[2]) < base)
-            m_text += 2;
-        ULONG result = 0;
-        m_ok = false;
-        for (; width && Digit(*m_text) < base; ++m_text, --width, m_ok = true)
-            result = result * base + Digit(*m_text);
-        if (m_ok) *value = negative ? 0 - result : result;
-        return *this;
-    }
-
-    const Char* m_text;
-    bool m_ok = true;
-};
+}

@@ -13,7 +13,7 @@ void SetStatic(FARPROC address)
 template <auto Member>
 constexpr Lookup StaticMember(const WCHAR* name)
 {
-    return {name, 0, &SetStatic<Member>};
+    return {name, kStaticMember, &SetStatic<Member>};
 }
 
 } // namespace
@@ -254,7 +254,7 @@ constexpr bool EveryFieldIsFilledOnce()
     bool filled[sizeof(GobiEntryPoints) / kInstanceFieldSize] = {};
     size_t statics = 0;
     for (const Lookup& lookup : kLookups) {
-        if (lookup.set_static) {
+        if (lookup.offset == kStaticMember) {
             ++statics;
             continue;
         }

@@ -8,10 +8,13 @@
 #include "platform/win32.h"
 #include "talvek/gobi_dll.h"
 
+// The offset of a look-up that fills no field of the table.
+constexpr size_t kStaticMember = ~static_cast<size_t>(0);
+
 // One look-up: a field of the instance's table, or a static member of the class.
 struct Lookup {
     const WCHAR* name;           // the vendor's own
-    size_t offset;               // in GobiEntryPoints, for an instance field
+    size_t offset;               // in GobiEntryPoints, or kStaticMember
     void (*set_static)(FARPROC); // for a static member, else null
 };
 
