@@ -8,13 +8,10 @@ install(DIRECTORY include/talvek DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_M
 install(TARGETS talvek_platform ov_utility talvek LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
 set(TALVEK_SIM_INSTALL_DIRECTORY ${CMAKE_INSTALL_LIBDIR}/talvek-sim)
-set_target_properties(GobiApi PROPERTIES INSTALL_RPATH "$ORIGIN/..")
 install(TARGETS GobiApi LIBRARY DESTINATION ${TALVEK_SIM_INSTALL_DIRECTORY})
-install(DIRECTORY sim/scenarios DESTINATION ${CMAKE_INSTALL_DATADIR}/talvek)
+install(DIRECTORY examples/scenarios DESTINATION ${CMAKE_INSTALL_DATADIR}/talvek)
 
 if(TALVEK_BUILD_CTL)
-  file(RELATIVE_PATH from_bin_to_lib "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
-  set_target_properties(talvekctl PROPERTIES INSTALL_RPATH "$ORIGIN/${from_bin_to_lib}")
   install(TARGETS talvekctl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 
@@ -26,5 +23,6 @@ install(FILES ${CMAKE_BINARY_DIR}/talvekConfig.cmake ${CMAKE_BINARY_DIR}/talvekC
   DESTINATION ${package_directory})
 
 file(RELATIVE_PATH from_pc_to_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+string(REGEX REPLACE "/$" "" from_pc_to_prefix "${from_pc_to_prefix}")
 configure_file(cmake/talvek.pc.in ${CMAKE_BINARY_DIR}/talvek.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/talvek.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

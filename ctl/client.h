@@ -66,9 +66,9 @@ private:
 // A CLI11 check for options that name a model.
 std::string CheckModel(const std::string& text);
 
-void AddCoreCommands(Client& client);   // info, power, connect, disconnect, network, codes
-void AddEventCommands(Client& client);  // events
+void AddCoreCommands(Client& client);      // info, power, connect, disconnect, network, codes
+void AddEventCommands(Client& client);     // events
 void AddSimulatorCommands(Client& client); // sim run, sim command, sim exec
-void AddDemoCommands(Client& client);   // demo
+void AddDemoCommands(Client& client);      // demo
 
 } // namespace ctl

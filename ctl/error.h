@@ -34,7 +34,8 @@ class ClientError : public std::runtime_error {
 public:
     explicit ClientError(const std::string& meaning, int status = kExitFailure)
         : std::runtime_error(meaning), m_status(status)
-    {}
+    {
+    }
 
     int Status() const { return m_status; }
 

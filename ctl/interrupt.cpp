@@ -39,7 +39,8 @@ sigset_t Signals()
 {
     sigset_t set;
     sigemptyset(&set);
-    for (const int number : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&set, number);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+        sigaddset(&set, number);
     return set;
 }
 
@@ -73,7 +74,8 @@ void WaitForSignals()
             wake();
             continue;
         }
-        for (const std::filesystem::path& folder : state.folders) RemoveFolder(folder);
+        for (const std::filesystem::path& folder : state.folders)
+            RemoveFolder(folder);
         if (state.terminal) tcsetattr(STDIN_FILENO, TCSANOW, &*state.terminal);
         EndBy(number);
     }

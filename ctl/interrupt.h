@@ -6,12 +6,13 @@
 
 namespace ctl {
 
-// SIGINT, SIGTERM and SIGHUP are blocked in every thread and taken by one that waits for them. Call first of all: threads
-// started later inherit it. Without an Interruptible the signal ends the process, after the temporary folders have been
-// removed and the terminal has been restored.
+// SIGINT, SIGTERM and SIGHUP are blocked in every thread and taken by one that waits for them. Call first of all:
+// threads started later inherit it. Without an Interruptible the signal ends the process, after the temporary folders
+// have been removed and the terminal has been restored.
 void StartSignalThread();
 
-// While it lives, the first signal calls `wake` (on the signal thread) instead; a second one ends the process. One at a time.
+// While it lives, the first signal calls `wake` (on the signal thread) instead; a second one ends the process. One at a
+// time.
 class Interruptible {
 public:
     explicit Interruptible(std::function<void()> wake);

@@ -56,7 +56,8 @@ void Report::AddLine(const std::string& line) { m_rows.push_back({"", Printable(
 std::string Report::ToText() const
 {
     size_t width = 0;
-    for (const Row& row : m_rows) width = std::max(width, row.label.size());
+    for (const Row& row : m_rows)
+        width = std::max(width, row.label.size());
     std::string out;
     for (const Row& row : m_rows) {
         if (!out.empty()) out += '\n';

@@ -19,7 +19,8 @@ std::string Describe(const char* function, ORV_RCODE code, std::optional<ULONG> 
 CallFailed::CallFailed(const char* function, ORV_RCODE code, std::optional<ULONG> failure_reason)
     : std::runtime_error(Describe(function, code, failure_reason)), m_function(function), m_code(code),
       m_failure_reason(failure_reason)
-{}
+{
+}
 
 void Check(const char* function, ORV_RCODE code)
 {
@@ -64,9 +65,12 @@ OrvAirServerInfo Session::Info() const
 const char* TechnologyName(ULONG technology)
 {
     switch (technology) {
-    case ORV_TECH_CDMA: return "CDMA";
-    case ORV_TECH_UMTS: return "GSM/UMTS";
-    default: return "undetermined";
+    case ORV_TECH_CDMA:
+        return "CDMA";
+    case ORV_TECH_UMTS:
+        return "GSM/UMTS";
+    default:
+        return "undetermined";
     }
 }
 

@@ -8,8 +8,8 @@
 
 namespace ctl {
 
-// One a process at a time. The constructor starts the library up, Open finds and selects the module, and the destructor shuts
-// down what Close did not. Each failing call throws CallFailed.
+// One a process at a time. The constructor starts the library up, Open finds and selects the module, and the destructor
+// shuts down what Close did not. Each failing call throws CallFailed.
 class Session {
 public:
     Session();

@@ -2,11 +2,12 @@
 
 #include "ctl/error.h"
 #include "ctl/text.h"
+#include "talvek/core.h"
 
 #include <dlfcn.h>
 #include <stdlib.h>
 
-#include <array>
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 #include <sstream>
@@ -18,7 +19,6 @@ namespace ctl {
 namespace {
 
 constexpr ULONG kVendorId = 0x3D5E;
-constexpr ULONG kDefaultProductId = 0x5120;
 constexpr const char* kLibraryFile = "libGobiApi.so";
 constexpr size_t kReplySize = 1 << 20; // a journal is the longest answer
 
@@ -33,7 +33,8 @@ std::string RegistryText(std::string_view text)
     return out;
 }
 
-template <class Function> Function Symbol(void* library, const char* name)
+template <class Function>
+Function Symbol(void* library, const char* name)
 {
     void* const address = dlsym(library, name);
     if (!address) throw ClientError(std::string("the simulator library lacks ") + name);
@@ -51,18 +52,17 @@ std::optional<Model> Model::Parse(const std::string& text)
     if (colon != std::string::npos) {
         const std::string digits = text.substr(colon + 1);
         ULONG product_id = 0;
+        constexpr ULONG kProducts[] = {ORV_DEVICE_5101, ORV_DEVICE_5111, ORV_DEVICE_5120, ORV_DEVICE_5141};
         if (digits.size() != 4 || !ParseNumber("0x" + digits, product_id)) return {};
+        if (std::find(std::begin(kProducts), std::end(kProducts), product_id) == std::end(kProducts)) return {};
         model.product_id = product_id;
+    } else {
+        model.product_id = model.technology == "cdma" ? ORV_DEVICE_5101 : ORV_DEVICE_5120;
     }
     return model;
 }
 
-std::string Model::Text() const
-{
-    return product_id ? technology + ":" + HexNumber(*product_id, 4).substr(2) : technology;
-}
-
-ULONG Model::ProductId() const { return product_id.value_or(kDefaultProductId); }
+std::string Model::Text() const { return technology + ":" + HexNumber(product_id, 4).substr(2); }
 
 std::filesystem::path SimulatorFolder()
 {
@@ -77,7 +77,8 @@ std::filesystem::path SimulatorFolder()
     for (const std::filesystem::path& folder : folders)
         if (std::filesystem::exists(folder / kLibraryFile, error)) return std::filesystem::absolute(folder);
     std::string tried;
-    for (const std::filesystem::path& folder : folders) tried += (tried.empty() ? "" : ", ") + folder.string();
+    for (const std::filesystem::path& folder : folders)
+        tried += (tried.empty() ? "" : ", ") + folder.string();
     throw ClientError(std::string("no simulator library ") + kLibraryFile + " in " + tried +
                       " (TALVEK_SIM_LIBRARY names its folder)");
 }
@@ -105,7 +106,7 @@ Simulator::Simulator(const Model& model) : m_model(model)
 
     Command("model " + model.Text());
     const std::filesystem::path registry = m_folder.Path() / "registry.reg";
-    WriteRegistry(registry, model.ProductId(), Command("serial name"));
+    WriteRegistry(registry, model.product_id, Command("serial name"));
     setenv("TALVEK_REGISTRY", registry.c_str(), 1);
     setenv("TALVEK_LIBRARY_PATH", folder.c_str(), 1);
 }

@@ -10,25 +10,25 @@
 
 namespace ctl {
 
-// "cdma" or "umts", with ":PID" (four hexadecimal digits) where the product matters.
 struct Model {
-    std::string technology;
-    std::optional<ULONG> product_id;
+    std::string technology; // "cdma" or "umts"
+    ULONG product_id;       // one of those that the library accepts
 
+    // Reads "cdma" or "umts", with ":PID" (four hexadecimal digits) where the product matters.
     static std::optional<Model> Parse(const std::string& text);
+    // With the product ID, always.
     std::string Text() const;
-    // The product ID given, else the one that a simulated module has by itself.
-    ULONG ProductId() const;
 };
 
-// The folder of the stand-in vendor library: beside the client's own folder, else $TALVEK_SIM_LIBRARY. Throws ClientError.
+// The folder of the stand-in vendor library: beside the client's own folder, else $TALVEK_SIM_LIBRARY. Throws
+// ClientError.
 std::filesystem::path SimulatorFolder();
 
 // Writes a registry that names the product and the AT port. Throws ClientError.
 void WriteRegistry(const std::filesystem::path& file, ULONG product_id, const std::string& port);
 
-// Loads the stand-in vendor library, chooses the model, and points this process's environment at both. One a process, before
-// start-up; the library stays loaded. Throws ClientError.
+// Loads the stand-in vendor library, chooses the model, and points this process's environment at both. One a process,
+// before start-up; the library stays loaded. Throws ClientError.
 class Simulator {
 public:
     explicit Simulator(const Model& model);

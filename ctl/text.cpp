@@ -54,7 +54,8 @@ std::string Utf8(const WCHAR* text, size_t size)
 std::string Utf8(const char* text, size_t size)
 {
     std::string out;
-    for (size_t i = 0; i < size && text[i] != 0; ++i) AppendUtf8(out, static_cast<unsigned char>(text[i]));
+    for (size_t i = 0; i < size && text[i] != 0; ++i)
+        AppendUtf8(out, static_cast<unsigned char>(text[i]));
     return out;
 }
 
@@ -94,7 +95,8 @@ std::string Hex(const BYTE* data, size_t size)
 std::string HexNumber(ULONG value, int digits)
 {
     std::string out;
-    for (; value != 0 || digits > 0; value >>= 4, --digits) out += kDigits[value & 15];
+    for (; value != 0 || digits > 0; value >>= 4, --digits)
+        out += kDigits[value & 15];
     std::reverse(out.begin(), out.end());
     return "0x" + out;
 }

@@ -9,7 +9,8 @@ int main(void)
     if (!result) result = OrvGetAvailAirServers(&modules);
     if (!result) result = OrvSelectAirServer(&modules.airServers[0]);
     if (!result) result = OrvGetFirmwareVersion(version, 85);
-    for (const WCHAR* c = version; *c; c++) putchar(*c);
+    for (const WCHAR* c = version; *c; c++)
+        putchar(*c);
     printf(" (%s)\n", OrvRcodeName(result));
     return OrvApiShutdown() || result;
 }

@@ -1,8 +1,8 @@
 // A variable that client threads and vendor threads both touch.
 //
 // Each load and store is one relaxed atomic access of the machine's own width, so the code is the same as for a plain
-// variable on every target (read-modify-write would call run-time support on old ARM cores: there is none here on purpose;
-// updates of that kind are made under the API-wide lock).
+// variable on every target (read-modify-write would call run-time support on old ARM cores: there is none here on
+// purpose; updates of that kind are made under the API-wide lock).
 #pragma once
 
 template <class T>

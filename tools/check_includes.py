@@ -4,7 +4,8 @@
   - a wing includes only what stands to its right (the table below);
   - library code keeps off the parts of the standard library that the device does without;
   - a source file stays under 650 lines;
-  - docs/map.md names every folder that holds sources.
+  - docs/map.md names every folder that holds sources;
+  - the program in README.md is examples/hello.c.
 
 Prints "file:line: reason" for each violation and ends with 1 if there is one. --self-test feeds it a tree of violations and
 proves that each one is found and that nothing else is.
@@ -101,8 +102,7 @@ def check(root):
                     reason = include_fault(path, found[1], found[2], target)
                     if reason:
                         faults.append((path, number, reason))
-    faults += check_map(root, folders - {"."})
-    return faults
+    return faults + check_map(root, folders - {"."}) + check_readme(root)
 
 
 def check_map(root, folders):
@@ -115,12 +115,24 @@ def check_map(root, folders):
             if not re.search(r"(?<![\w/])" + re.escape(folder) + "/", text)]
 
 
+def check_readme(root):
+    with open(os.path.join(root, "README.md"), encoding="utf-8") as file:
+        before, _, rest = file.read().partition("```c\n")
+    with open(os.path.join(root, "examples/hello.c"), encoding="utf-8") as file:
+        program = file.read()
+    if rest.startswith(program + "```"):
+        return []
+    return [("README.md", before.count("\n") + 1, "the program is not examples/hello.c as it stands")]
+
+
 # --- self-test ----------------------------------------------------------------------------------------------------------
 
 # File, its text, and what is to be found in it as (line, part of the reason).
 CASES = [
     ("docs/map.md", "`include/talvek/` `platform/` `platform/posix/` `utility/` `state/` `vendor/` `at/` `sms/` `queries/`\n"
-                    "`notify/` `api/` `sim/` `ctl/` `tests/`\n", [(1, "does not name bench/")]),
+                    "`notify/` `api/` `sim/` `ctl/` `tests/` `examples/`\n", [(1, "does not name bench/")]),
+    ("examples/hello.c", "int main(void) { return 0; }\n", []),
+    ("README.md", "# A heading\n\n```c\nint main(void) { return 1; }\n```\n", [(3, "the program is not")]),
     ("include/talvek/good.h", '#include "talvek/types.h"\n#include <stdint.h>\n', []),
     ("include/talvek/bad.h", '#include "talvek/types.h"\n#include "platform/win32.h"\n', [(2, "include/ must not")]),
     ("platform/good.h", '#include "talvek/types.h"\n#include "platform/win32.h"\n', []),

@@ -36,8 +36,9 @@ libraries="$(pkg-config --variable=libdir talvek)"
     "-DCMAKE_PREFIX_PATH=$prefix" >/dev/null
 "$cmake" --build "$scratch/build" >/dev/null
 
+run() { "$prefix/bin/talvekctl" sim exec "$1" -- "$2"; }
 for folder in "$scratch" "$scratch/build"; do
-    check "${folder##*/}/hello" "T4.2.17.0-SIM (ORV_RCODE_OK)" "$prefix/bin/talvekctl" sim exec cdma -- "$folder/hello"
-    check "${folder##*/}/hello_class" "Simulated (vendor status 0)" \
-        "$prefix/bin/talvekctl" sim exec cdma -- "$folder/hello_class"
+    check "hello, CDMA" "K2.0.12C-SIM (ORV_RCODE_OK)" run cdma "$folder/hello"
+    check "hello, GSM/UMTS" "K2.0.12U-SIM (ORV_RCODE_OK)" run umts "$folder/hello"
+    check "hello_class" "Kestavo (vendor status 0)" run cdma "$folder/hello_class"
 done

@@ -1,0 +1,17 @@
+// Every function of the interface that gets something, one row each. bench_allocations.cpp says what a row becomes;
+// hence no guard.
+
+// core.h
+READS_REGISTRY(OrvGetAvailAirServers)
+GETTER(OrvGetAirServerInfo)
+GETTER(OrvGetHardwareVersion)
+GETTER(OrvGetFirmwareVersion)
+GETTER(OrvGetBootVersion)
+GETTER(OrvGetPriVersion)
+GETTER(OrvGetPriInfo)
+GETTER(OrvGetModelID)
+GETTER(OrvGetRadioPower)
+GETTER(OrvGetServingNetworkGobi)
+GETTER(OrvGetAudioMode)
+GETTER(OrvGetImagePreference)
+GETTER(OrvGetIPConfigurationGobi)

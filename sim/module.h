@@ -1,0 +1,123 @@
+// The state of the simulated module: one in a process, one lock. The vendor library's entry points and the AT modem
+// both read and change it.
+#pragma once
+
+#include "platform/win32.h"
+#include "sim/entry_points.h"
+#include "sim/text.h"
+
+namespace sim {
+
+// What the vendor library answers. The vendor publishes no meanings; these are the simulated module's own.
+enum Status : ULONG {
+    kSuccess = 0,
+    kGeneralFailure = 1,
+    kInvalidArgument = 4, // a null pointer, or a value that the entry point does not take
+    kNoDevice = 6,        // no module is plugged in
+    kNoSession = 15,      // there is no data session
+    kNotSupported = 1025,
+    kNoEffect = 1026 // what was asked for is already so
+};
+
+// Values of `kRows` rows and `kColumns` columns, of which `count` rows are in use.
+template <ULONG kRows, ULONG kColumns>
+struct List {
+    ULONG count;
+    int32_t values[kRows][kColumns];
+};
+
+template <ULONG kRoom>
+struct Octets {
+    ULONG count;
+    BYTE octets[kRoom];
+};
+
+struct ConnectionState {
+    bool umts;
+    ULONG product; // USB product ID
+    BYTE present;  // 1: plugged in
+    bool connected;
+    BYTE sticky_callbacks; // 1: what is unregistered goes on being reported
+    Text<64> device_id;
+};
+
+struct IdentityState {
+    Text<256> manufacturer, model, hardware, firmware, boot, pri, imei;
+    ULONG firmware_id, technology, carrier, region, gps;
+    Text<256> package[7];
+    BYTE rtre_current, rtre_pending;
+    ULONG rtre_status;
+};
+
+struct PowerState {
+    ULONG mode;      // 0 online, 5 reset, 6 low power; any other value is kept as it is
+    ULONG settle_ms; // from SetPower to its event
+    ULONG reset_ms;  // for how long a reset module is gone
+};
+
+struct NetworkState {
+    ULONG registration, cs_domain, ps_domain, ran, roaming;
+    WORD mcc, mnc;
+    Text<256> name;
+    List<10, 1> interfaces;
+    List<20, 1> capabilities;
+    List<10, 2> signal; // dBm, interface
+    List<20, 3> rf;     // interface, band class, channel
+    ULONG preference, preference_duration, preference_persistent;
+};
+
+struct SessionState {
+    ULONG state;  // 1 disconnected, 2 connected
+    ULONG handle; // of the session, or of the last one
+    ULONG next_handle;
+    ULONG start_status, failure_reason; // a non-zero status makes StartDataSession2 fail with this reason
+    ULONG end_reason;                   // carried by the event that follows StopDataSession
+    ULONG connect_ms, release_ms;       // from the call to its event
+    Text<128> apn, user, password;
+    BYTE address[4], primary_dns[4], secondary_dns[4], gateway[4], netmask[4];
+    ULONGLONG sent, received;
+    ULONG report_seconds;     // between two byte-totals events; 0: none
+    ULONGLONG next_report_ms; // on the sim clock; 0: none
+};
+
+struct FirmwareState {
+    Octets<1024> images;
+    ULONG force;
+    BYTE index;
+    Octets<16> image_types;
+    Text<2048> path; // that UpgradeFirmware2kW was given, UTF-8
+};
+
+struct ModuleState {
+    ConnectionState connection;
+    IdentityState identity;
+    PowerState power;
+    NetworkState network;
+    SessionState session;
+    FirmwareState firmware;
+    void (*callbacks[kEntryPoints])(); // by registration entry point
+};
+
+extern ModuleState g_module;
+inline ModuleState& TheModule() { return g_module; }
+
+// The sim lock. It is never held while a callback of the client runs.
+class Guard {
+public:
+    Guard() { Enter(); }
+    ~Guard() { Leave(); }
+    void Enter();
+    void Leave();
+    Guard(const Guard&) = delete;
+    Guard& operator=(const Guard&) = delete;
+};
+
+// Makes everything as a fresh module of that kind has it: state, callbacks, faults, queue and journal. The clock keeps
+// its kind. Lock held.
+void ResetModule(bool umts, ULONG product);
+
+// The module leaves (its session ends) and comes back (powered on, AT settings at their defaults). Lock held.
+void ModuleLeaves();
+void ModuleReturns();
+
+} // namespace sim

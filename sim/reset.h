@@ -1,0 +1,28 @@
+// What a reset of the module asks of each service. Lock held.
+#pragma once
+
+#include "talvek/types.h"
+
+namespace sim {
+
+void InitializeLock(); // once, when the library is loaded
+
+void ResetIdentity(bool umts);
+void ResetPower();
+void ResetNetwork(bool umts);
+void ResetSession();
+void ResetFirmware();
+
+// Ends the data session, if there is one, without a word to the client.
+void EndSession();
+// The next byte-totals event: when it is due (0: none), and the session's step past it.
+ULONGLONG NextReport();
+void StepReport();
+// Reports byte totals every so many seconds while a session is up; 0: never.
+void ReportEvery(ULONG seconds);
+
+// Runs the file that TALVEK_SIM_SCENARIO names, if any. Returns false, after a line on standard error, when it cannot
+// be read or a line of it fails. Lock not held.
+bool RunConnectScenario();
+
+} // namespace sim
