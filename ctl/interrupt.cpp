@@ -107,7 +107,8 @@ TemporaryFolder::TemporaryFolder()
 {
     std::error_code error;
     const std::filesystem::path parent = std::filesystem::temp_directory_path(error);
-    std::string name = ((error ? std::filesystem::path("/tmp") : parent) / "talvekctl-XXXXXX").string();
+    if (error) throw ClientError("no folder for temporary files: " + error.message());
+    std::string name = (parent / "talvekctl-XXXXXX").string();
     std::lock_guard<std::mutex> lock(State().mutex); // a signal finds either no folder or a listed one
     if (!mkdtemp(name.data())) throw ClientError("no temporary folder " + name + ": " + std::strerror(errno));
     m_path = name;

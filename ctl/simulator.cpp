@@ -71,7 +71,9 @@ std::filesystem::path SimulatorFolder()
     std::vector<std::filesystem::path> folders;
     if (!error) {
         const std::filesystem::path prefix = program.parent_path().parent_path();
-        folders = {prefix / "lib" / "talvek-sim", prefix / TALVEKCTL_LIBRARY_DIRECTORY / "talvek-sim"};
+        folders.push_back(prefix / "lib" / "talvek-sim");
+        const std::filesystem::path installed = prefix / TALVEKCTL_LIBRARY_DIRECTORY / "talvek-sim";
+        if (installed != folders[0]) folders.push_back(installed);
     }
     if (const char* const named = getenv("TALVEK_SIM_LIBRARY")) folders.emplace_back(named);
     for (const std::filesystem::path& folder : folders)

@@ -12,7 +12,7 @@ bool OpenTerminal();
 void HangUpTerminal();
 // The name that a client opens; empty while the line is closed.
 void TerminalName(char* name, ULONG room);
-// A symbolic link that names the line while it is open. False when something else stands there.
+// A symbolic link that names the line while it is open. Before it is first opened. False when the path is too long.
 bool LinkTerminal(const char* path);
 // There is something to send. The lock may be held.
 void WakeTerminal();

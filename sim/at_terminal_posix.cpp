@@ -203,8 +203,7 @@ void TerminalName(char* name, ULONG room)
 bool LinkTerminal(const char* path)
 {
     Locked locked;
-    if (!Copy(g_link, path)) return false;
-    return !g_open || MakeLink();
+    return Copy(g_link, path);
 }
 
 void WakeTerminal()

@@ -8,7 +8,6 @@
 #include "sim/clock.h"
 #include "sim/events.h"
 #include "sim/fields.h"
-#include "sim/host.h"
 #include "sim/journal.h"
 #include "sim/reset.h"
 

@@ -122,7 +122,7 @@ TEST(Ctl, InfoShowsWhatTheModuleLacksAndNeverItsControlCharacters)
     EXPECT_TRUE(Contains(text.output, "(no service)")) << text.output;
 }
 
-TEST(Ctl, PowerAnswersWithTheStateReadBack)
+TEST(Ctl, PowerAndNetworkAnswerWithWhatWasDone)
 {
     const struct {
         Texts arguments;
@@ -132,6 +132,8 @@ TEST(Ctl, PowerAnswersWithTheStateReadBack)
         {{"power", "off"}, {{"action", "off"}, {"radio_on", false}}},
         {{"power", "on"}, {{"action", "on"}, {"radio_on", true}}},
         {{"power", "reset"}, {{"action", "reset"}, {"radio_on", nullptr}}},
+        {{"network"}, {{"capabilities", {{"mask", 0x15}, {"names", {"GPRS", "HSDPA", "WCDMA"}}}}}},
+        {{"network", "prefer", "2"}, {{"preference", 2}}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.arguments.back());
@@ -150,6 +152,7 @@ TEST(Ctl, ErrorsNameTheFunctionAndTheCode)
                                                         "[HKEY_CURRENT_USER\\Software\\Kestavo Inc]\n"
                                                         "\"DeviceID\"=\"VID_3D5E&PID_5102\"\n");
     const std::string reset = folder.Write("refuse.sim", "fail SetPower 1026\n");
+    const std::string fixed = folder.Write("fixed.sim", "fail SetNetworkPreference 1025\n");
     const std::string refused =
         folder.Write("session.sim", "set session.start-status 1\nset session.failure-reason 33\n");
     const Environment none = {};
@@ -176,6 +179,11 @@ TEST(Ctl, ErrorsNameTheFunctionAndTheCode)
          {{"TALVEK_SIM_SCENARIO", refused}},
          "OrvStartDataSession",
          ORV_RCODE_FAILED},
+        {"preference refused",
+         {"network", "prefer", "2", "--sim", "umts"},
+         {{"TALVEK_SIM_SCENARIO", fixed}},
+         "OrvSetNetworkPreferenceGobi",
+         ORV_RCODE_UNSUPPORTED},
         {"no such session", {"disconnect", "7", "--sim", "umts"}, none, "OrvStopDataSession", ORV_RCODE_VENDOR_15},
         {"identifier that cannot be enabled",
          {"events", "999", "--sim", "cdma"},
@@ -329,6 +337,32 @@ TEST(Ctl, ConnectShowsTheAddressesAndEndsTheSession)
     EXPECT_TRUE(Contains(lost.error, "the module ended the data session")) << lost.error;
 }
 
+// The simulated module keeps 127 octets of each text and refuses a longer one: so it has been given it.
+TEST(Ctl, ConnectHandsItsTextsToTheModule)
+{
+    const struct {
+        const char* name;
+        Texts arguments;
+        std::string input;
+    } rows[] = {
+        {"apn", {"--apn", std::string(128, 'a')}, ""},
+        {"user", {"--user", std::string(128, 'u')}, ""},
+        {"password", {"--password-stdin"}, std::string(128, 'p')},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        ChildSetup setup = Talvekctl({"connect", "--sim", "umts", "--json"});
+        setup.command.insert(setup.command.end(), row.arguments.begin(), row.arguments.end());
+        setup.input = row.input;
+        EXPECT_EQ(Parse(RunClient(setup).output)["error"]["function"], "OrvStartDataSession");
+        if (row.input.empty())
+            setup.command.back().pop_back();
+        else
+            setup.input.pop_back();
+        EXPECT_EQ(Parse(RunClient(setup).output)["ok"], true);
+    }
+}
+
 TEST(Ctl, PasswordsAreNeverShown)
 {
     const std::string secret = "correct-horse";
@@ -401,6 +435,18 @@ TEST(Ctl, CodesListsEveryResultWithItsMeaning)
     }
     EXPECT_EQ(numbers, (std::vector<int>{0, 1, 2, 4, 5, 6, 7, 9, 10, 17, 18, 19, 353, 354, 600}));
     EXPECT_EQ(RunClient({"codes"}).lines.size(), codes.size());
+}
+
+TEST(Ctl, HelpAndVersionAnswerInEitherForm)
+{
+    EXPECT_EQ(RunClient({"--version"}).lines.at(0).substr(0, 10), "talvekctl ");
+    EXPECT_EQ("talvekctl " + Parse(RunClient({"--version", "--json"}).output)["result"]["version"].get<std::string>(),
+              RunClient({"--version"}).lines.at(0));
+    const Result help = RunClient({"connect", "--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_TRUE(Contains(help.output, "--password-stdin")) << help.output;
+    EXPECT_EQ(Parse(RunClient({"connect", "--help", "--json"}).output)["result"]["text"].get<std::string>() + "\n",
+              help.output);
 }
 
 TEST(Ctl, AnOutputThatCannotBeWrittenIsAFailure)

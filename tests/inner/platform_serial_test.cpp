@@ -563,6 +563,8 @@ TEST_F(PlatformFile, NamesThatCannotBeOpenedTellWhy)
         {"a folder as a device", "..:", kReadWrite, OPEN_EXISTING, ERROR_ACCESS_DENIED},
         {"too long a name", m_folder + "/" + std::string(256, 'x'), kReadWrite, OPEN_EXISTING,
          ERROR_FILENAME_EXCED_RANGE},
+        {"the longest path", std::string(4095, '/'), kReadWrite, OPEN_EXISTING, ERROR_ACCESS_DENIED},
+        {"one octet more", std::string(4096, '/'), kReadWrite, OPEN_EXISTING, ERROR_FILENAME_EXCED_RANGE},
         {"too long a path", std::string(5000, 'x'), kReadWrite, OPEN_EXISTING, ERROR_FILENAME_EXCED_RANGE},
         {"too long with /dev/", std::string(4093, 'x'), kReadWrite, OPEN_EXISTING, ERROR_FILENAME_EXCED_RANGE},
         {"nothing", "", kReadWrite, OPEN_EXISTING, ERROR_PATH_NOT_FOUND},

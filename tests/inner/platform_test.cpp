@@ -1,6 +1,7 @@
 // The platform seam: threads, sections, handles, hooks, libraries and text.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <dlfcn.h>
 #include <fstream>
@@ -10,6 +11,7 @@
 #include <pthread.h>
 #include <signal.h>
 #include <stdlib.h>
+#include <string.h>
 #include <string>
 #include <sys/stat.h>
 #include <time.h>
@@ -483,7 +485,7 @@ protected:
         char pattern[] = "/tmp/talvek-platform-XXXXXX";
         ASSERT_NE(mkdtemp(pattern), nullptr);
         m_folder = pattern;
-        for (const char* name : {"one", "two"})
+        for (const char* name : {"one", "two", "one/libsub"})
             ASSERT_EQ(mkdir((m_folder + "/" + name).c_str(), 0700), 0);
         setenv("TALVEK_LIBRARY_PATH", (m_folder + "/none::" + m_folder + "/one:" + m_folder + "/two").c_str(), 1);
 
@@ -501,13 +503,26 @@ protected:
         unsetenv("TALVEK_LIBRARY_PATH");
         for (const std::string& path : m_paths)
             unlink(path.c_str());
-        for (const char* name : {"/one", "/two", ""})
+        for (const char* name : {"/one/libsub", "/one", "/two", ""})
             rmdir((m_folder + name).c_str());
     }
     void Put(const char* name, const std::string& content)
     {
         m_paths.push_back(m_folder + "/" + name);
         std::ofstream(m_paths.back(), std::ios::binary) << content;
+    }
+    // How much of the library's file the loader maps.
+    size_t MappedSize() const
+    {
+        ElfW(Ehdr) header;
+        memcpy(&header, m_library.data(), sizeof header);
+        size_t size = 0;
+        for (unsigned i = 0; i < header.e_phnum; ++i) {
+            ElfW(Phdr) part;
+            memcpy(&part, m_library.data() + header.e_phoff + i * sizeof part, sizeof part);
+            size = std::max<size_t>(size, part.p_offset + part.p_filesz);
+        }
+        return size;
     }
     static DWORD ErrorOf(const WCHAR* name)
     {
@@ -543,7 +558,7 @@ TEST_F(PlatformLibrary, EarlierFoldersComeFirstAndABadFileEndsTheSearch)
 {
     Put("two/libVendor.so", m_library);
     EXPECT_EQ(ErrorOf(TXT("Vendor.dll")), 0u);
-    for (const size_t length : {size_t{0}, size_t{20}, size_t{70}, size_t{5000}, m_library.size() / 2}) {
+    for (const size_t length : {size_t{0}, size_t{20}, size_t{70}, size_t{5000}, MappedSize() - 1}) {
         Put("one/libVendor.so", m_library.substr(0, length));
         EXPECT_EQ(ErrorOf(TXT("Vendor.dll")), ERROR_BAD_EXE_FORMAT) << length;
     }
@@ -563,6 +578,7 @@ TEST_F(PlatformLibrary, IsLookedForBesideThePlatformLibraryToo)
 TEST_F(PlatformLibrary, NamesThatFindNothing)
 {
     Put("one/libVendor.so", m_library);
+    Put("one/libsub/Vendor.so", m_library);
     const struct {
         const char* what;
         std::u16string name;
@@ -570,7 +586,7 @@ TEST_F(PlatformLibrary, NamesThatFindNothing)
     } rows[] = {
         {"absent", u"Absent.dll", ERROR_MOD_NOT_FOUND},
         {"another case", u"vendor.dll", ERROR_MOD_NOT_FOUND},
-        {"a path", u"../one/Vendor.dll", ERROR_MOD_NOT_FOUND},
+        {"a path", u"sub/Vendor.dll", ERROR_MOD_NOT_FOUND},
         {"a Windows path", u"C:\\Vendor.dll", ERROR_MOD_NOT_FOUND},
         {"empty", u"", ERROR_INVALID_PARAMETER},
         {"longer than a file name", std::u16string(300, u'v'), ERROR_FILENAME_EXCED_RANGE},
