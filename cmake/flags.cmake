@@ -16,6 +16,13 @@ if(TALVEK_SANITIZE)
   endif()
 endif()
 
+# Every symbol of a shared library is found when it is linked. Clang leaves the sanitizers' own to the program.
+if(TALVEK_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+  set(TALVEK_STRICT_LINK "")
+else()
+  set(TALVEK_STRICT_LINK -Wl,-z,defs)
+endif()
+
 # No exceptions, no run-time types, no thread-safe statics, nothing visible that is not exported on purpose.
 add_library(talvek_library_code INTERFACE)
 target_link_libraries(talvek_library_code INTERFACE talvek_warnings)
