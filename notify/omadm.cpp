@@ -1,8 +1,12 @@
 // Events of device management.
 
+#include <string.h>
+
 #include "api/OrvError.h"
 #include "notify/adapters.h"
 #include "notify/delivery.h"
+#include "notify/direct.h"
+#include "notify/record.h"
 #include "state/globals.h"
 #include "utility/log.h"
 
@@ -13,6 +17,9 @@ constexpr const WCHAR* kLogSource = TXT(".\\OrvNotify.cpp");
 constexpr ULONG kAlertReceived = 2;
 constexpr ULONG kClassDeviceConfiguration = 1;
 constexpr ULONG kClassPrl = 2;
+
+static_assert(sizeof(FUMOInfo) + sizeof(ULONG) == sizeof(OrvFUMOEventPayload), "the record, then a reserved word");
+static_assert(sizeof(OMAInfo) + sizeof(ULONG) == sizeof(OrvOMAEventPayload), "the record, then a reserved word");
 
 struct OmadmStateEvent {
     ULONG session_state;
@@ -77,5 +84,19 @@ void ORV_VENDOR_CALL OMADMAlertCallback(ULONG sessionType, WORD sessionID)
     DeliverCopyOnThread(OmadmAlertEvent{sessionType, sessionID});
 }
 
-// Reported to the log; its records are not delivered yet.
-void ORV_VENDOR_CALL OMAEXEventCallback(FUMOInfo*, OMAInfo*) { LOG_C("OMAEXEventCallback"); }
+// Delivered directly, with no lock. Either record may be absent.
+void ORV_VENDOR_CALL OMAEXEventCallback(FUMOInfo* firmwareUpdate, OMAInfo* oma)
+{
+    LOG_C("OMAEXEventCallback");
+    OrvNotifyRecord record;
+    if (firmwareUpdate) {
+        BeginRecord(record, ORV_NOTIFY_FUMOEvent, sizeof(OrvFUMOEventPayload));
+        memcpy(&record.payload, firmwareUpdate, sizeof *firmwareUpdate);
+        DeliverDirectly(record);
+    }
+    if (oma) {
+        BeginRecord(record, ORV_NOTIFY_OMAEvent, sizeof(OrvOMAEventPayload));
+        memcpy(&record.payload, oma, sizeof *oma);
+        DeliverDirectly(record);
+    }
+}

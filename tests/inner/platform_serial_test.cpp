@@ -1,19 +1,13 @@
-// The platform seam's serial ports, over real pseudo-terminals, and its plain files.
+// The platform seam's serial ports, over real pseudo-terminals.
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <dirent.h>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
-#include <signal.h>
 #include <stdlib.h>
 #include <string.h>
 #include <string>
 #include <sys/file.h>
 #include <sys/ioctl.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <termios.h>
 #include <time.h>
 #include <unistd.h>
@@ -41,10 +35,10 @@ DWORD OpenErrorOf(const std::string& name, DWORD access = kReadWrite, DWORD disp
     return ERROR_SUCCESS;
 }
 
-uint64_t NowMs()
+uint64_t NowMs(clockid_t clock = CLOCK_MONOTONIC)
 {
     timespec now;
-    clock_gettime(CLOCK_MONOTONIC, &now);
+    clock_gettime(clock, &now);
     return static_cast<uint64_t>(now.tv_sec) * 1000 + static_cast<uint64_t>(now.tv_nsec) / 1000000;
 }
 
@@ -129,15 +123,14 @@ DWORD ReadInThread(LPVOID context)
     return 0;
 }
 
-// Writes until a call fails: sooner or later nothing more fits.
+// Writes more than ever fits.
 DWORD WriteInThread(LPVOID context)
 {
     auto* pending = static_cast<Pending*>(context);
-    const std::string text(4096, 'x');
-    DWORD written;
-    while (WriteFile(pending->line.port, text.data(), static_cast<DWORD>(text.size()), &written, nullptr)) {
-    }
-    pending->result = "!" + std::to_string(GetLastError());
+    const std::string text(size_t{1024} * 1024, 'x');
+    DWORD written = 0;
+    const BOOL done = WriteFile(pending->line.port, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+    pending->result = done ? std::to_string(written) : "!" + std::to_string(GetLastError());
     return 0;
 }
 
@@ -355,6 +348,11 @@ TEST(ThreadsSerial, APendingReadIsEndedByPurgingClosingOrHangingUp)
             EXPECT_EQ(other.result, kAborted);
             line.Send("next");
             EXPECT_EQ(line.Read(), "next") << "later reads are not ended";
+            const COMMTIMEOUTS timeouts = {MAXDWORD, MAXDWORD, 60, 0, 0};
+            ASSERT_TRUE(SetCommTimeouts(line.port, &timeouts));
+            const uint64_t before = NowMs(CLOCK_THREAD_CPUTIME_ID);
+            EXPECT_EQ(line.Read(), "");
+            EXPECT_LT(NowMs(CLOCK_THREAD_CPUTIME_ID) - before, 30u) << "and wait without turning round";
         } else if (how[0] == 'h') {
             EXPECT_EQ(reader.result, kNotReady);
         } else {
@@ -364,14 +362,19 @@ TEST(ThreadsSerial, APendingReadIsEndedByPurgingClosingOrHangingUp)
     EXPECT_TRUE(platform_hooks::DrainThreads(20000));
 }
 
-TEST(ThreadsSerial, APendingWriteIsEndedByPurging)
+TEST(ThreadsSerial, APendingWriteIsEndedByPurgingOrHangingUp)
 {
     Line line;
     ASSERT_TRUE(line.OpenPort(20000, 600000));
-    Pending writer(line);
-    ASSERT_TRUE(writer.Start(WriteInThread));
-    writer.EndBy([&] { PurgeComm(line.port, PURGE_TXABORT); });
-    EXPECT_EQ(writer.result, kAborted);
+    Pending purged(line);
+    ASSERT_TRUE(purged.Start(WriteInThread));
+    purged.EndBy([&] { PurgeComm(line.port, PURGE_TXABORT); });
+    EXPECT_EQ(purged.result, kAborted);
+
+    Pending hung_up(line);
+    ASSERT_TRUE(hung_up.Start(WriteInThread));
+    hung_up.EndBy([&] { line.HangUp(); });
+    EXPECT_EQ(hung_up.result, kNotReady) << "part of it may have been written; it is a failure";
     EXPECT_TRUE(platform_hooks::DrainThreads(20000));
 }
 
@@ -493,23 +496,15 @@ TEST_F(PlatformSerial, APortWithoutSharingIsOpenOnce)
     EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED);
     ASSERT_TRUE(CloseHandle(line.port));
 
-    // Another process holds it.
-    const pid_t child = fork();
-    if (child == 0) {
-        const int descriptor = open(line.name.c_str(), O_RDWR | O_NOCTTY);
-        const bool held = flock(descriptor, LOCK_EX | LOCK_NB) == 0;
-        raise(SIGSTOP);
-        _exit(held ? 0 : 1);
-    }
-    int status;
-    ASSERT_EQ(waitpid(child, &status, WUNTRACED), child);
-    ASSERT_TRUE(WIFSTOPPED(status));
+    // Another program holds it, and finds it held.
+    const int other = open(line.name.c_str(), O_RDWR | O_NOCTTY);
+    ASSERT_EQ(flock(other, LOCK_SH | LOCK_NB), 0);
     EXPECT_EQ(OpenErrorOf(line.name), ERROR_ACCESS_DENIED);
-    kill(child, SIGCONT);
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_EQ(WEXITSTATUS(status), 0);
+    ASSERT_EQ(flock(other, LOCK_UN), 0);
     line.port = Open(line.name + ":");
     EXPECT_NE(line.port, INVALID_HANDLE_VALUE);
+    EXPECT_NE(flock(other, LOCK_SH | LOCK_NB), 0);
+    close(other);
 }
 
 TEST_F(PlatformSerial, SharedPortsOpenTwice)
@@ -523,146 +518,7 @@ TEST_F(PlatformSerial, SharedPortsOpenTwice)
     CloseHandle(second);
 }
 
-namespace {
-
-class PlatformFile : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        char pattern[] = "/tmp/talvek-platform-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        m_folder = pattern;
-        m_file = m_folder + "/file";
-    }
-    void TearDown() override
-    {
-        unlink(m_file.c_str());
-        rmdir(m_folder.c_str());
-    }
-    std::string m_folder;
-    std::string m_file;
-};
-
-} // namespace
-
-TEST_F(PlatformFile, NamesThatCannotBeOpenedTellWhy)
-{
-    const struct {
-        const char* what;
-        std::string name;
-        DWORD access;
-        DWORD disposition;
-        DWORD error;
-    } rows[] = {
-        {"a missing file", m_file, kReadWrite, OPEN_EXISTING, ERROR_FILE_NOT_FOUND},
-        {"a missing folder", m_folder + "/no/file", kReadWrite, OPEN_EXISTING, ERROR_PATH_NOT_FOUND},
-        {"a file for a folder", "/dev/null/file", kReadWrite, OPEN_EXISTING, ERROR_PATH_NOT_FOUND},
-        {"a missing device", "talvek-no-such-port:", kReadWrite, OPEN_EXISTING, ERROR_FILE_NOT_FOUND},
-        {"a folder", m_folder, kReadWrite, OPEN_EXISTING, ERROR_ACCESS_DENIED},
-        {"a folder to read", m_folder, GENERIC_READ, OPEN_EXISTING, ERROR_ACCESS_DENIED},
-        {"a folder as a device", "..:", kReadWrite, OPEN_EXISTING, ERROR_ACCESS_DENIED},
-        {"too long a name", m_folder + "/" + std::string(256, 'x'), kReadWrite, OPEN_EXISTING,
-         ERROR_FILENAME_EXCED_RANGE},
-        {"the longest path", std::string(4095, '/'), kReadWrite, OPEN_EXISTING, ERROR_ACCESS_DENIED},
-        {"one octet more", std::string(4096, '/'), kReadWrite, OPEN_EXISTING, ERROR_FILENAME_EXCED_RANGE},
-        {"too long a path", std::string(5000, 'x'), kReadWrite, OPEN_EXISTING, ERROR_FILENAME_EXCED_RANGE},
-        {"too long with /dev/", std::string(4093, 'x'), kReadWrite, OPEN_EXISTING, ERROR_FILENAME_EXCED_RANGE},
-        {"nothing", "", kReadWrite, OPEN_EXISTING, ERROR_PATH_NOT_FOUND},
-        {"only the device colon", ":", kReadWrite, OPEN_EXISTING, ERROR_PATH_NOT_FOUND},
-        {"no access", m_file, 0, OPEN_EXISTING, ERROR_INVALID_PARAMETER},
-        {"another access", m_file, 0x10000000, OPEN_EXISTING, ERROR_INVALID_PARAMETER},
-        {"another disposition", m_file, kReadWrite, 1, ERROR_INVALID_PARAMETER},
-        {"a device by its bare name", "null:", kReadWrite, OPEN_EXISTING, ERROR_SUCCESS},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(OpenErrorOf(row.name, row.access, row.disposition), row.error) << row.what;
-    }
-    EXPECT_EQ(CreateFileW(nullptr, kReadWrite, 0, nullptr, OPEN_EXISTING, 0, nullptr), INVALID_HANDLE_VALUE);
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
-}
-
-TEST_F(PlatformFile, IsReadToItsEndAndHasNoSerialCalls)
-{
-    std::ofstream(m_file) << "text";
-    const HANDLE file = Open(m_file);
-    ASSERT_NE(file, INVALID_HANDLE_VALUE);
-    char buffer[8];
-    DWORD read = 0;
-    EXPECT_TRUE(ReadFile(file, buffer, 8, &read, nullptr));
-    EXPECT_EQ(std::string(buffer, read), "text");
-    EXPECT_TRUE(ReadFile(file, buffer, 8, &read, nullptr));
-    EXPECT_EQ(read, 0u);
-    int32_t high = 0;
-    EXPECT_EQ(SetFilePointer(file, -1, &high, FILE_END), 3u) << "with a high half the low one has no sign";
-    EXPECT_EQ(high, 1);
-    EXPECT_EQ(SetFilePointer(file, -1, nullptr, FILE_END), 3u);
-    EXPECT_TRUE(ReadFile(file, buffer, 8, &read, nullptr));
-    EXPECT_EQ(read, 1u);
-    EXPECT_EQ(SetFilePointer(file, -9, nullptr, FILE_END), INVALID_SET_FILE_POINTER);
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
-
-    DCB block = {};
-    const COMMTIMEOUTS timeouts = {};
-    const auto refused = [](BOOL result) {
-        const bool right = !result && GetLastError() == ERROR_INVALID_FUNCTION;
-        SetLastError(0);
-        return right;
-    };
-    EXPECT_TRUE(refused(GetCommState(file, &block)));
-    EXPECT_TRUE(refused(SetCommState(file, &block)));
-    EXPECT_TRUE(refused(SetCommTimeouts(file, &timeouts)));
-    EXPECT_TRUE(refused(SetupComm(file, 1, 1)));
-    EXPECT_TRUE(refused(PurgeComm(file, PURGE_RXCLEAR)));
-    EXPECT_TRUE(CloseHandle(file));
-}
-
-TEST_F(PlatformFile, TheLinesOfSeveralWritersDoNotMix)
-{
-    constexpr int kLines = 300;
-    const auto append = [&](char letter) {
-        const HANDLE file = Open(m_file, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_ALWAYS);
-        const std::string text = std::string(200, letter) + "\n";
-        bool good = file != INVALID_HANDLE_VALUE;
-        for (int i = 0; i < kLines && good; ++i) {
-            DWORD written = 0;
-            good = SetFilePointer(file, 0, nullptr, FILE_END) != INVALID_SET_FILE_POINTER &&
-                   WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr) &&
-                   written == text.size();
-        }
-        CloseHandle(file);
-        return good;
-    };
-    const pid_t child = fork();
-    if (child == 0) _exit(append('c') ? 0 : 1);
-    EXPECT_TRUE(append('p'));
-    int status;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
-
-    std::ifstream file(m_file);
-    int lines = 0;
-    for (std::string text; std::getline(file, text); ++lines) {
-        EXPECT_TRUE(text == std::string(200, 'p') || text == std::string(200, 'c')) << text;
-    }
-    EXPECT_EQ(lines, 2 * kLines);
-    struct stat state;
-    ASSERT_EQ(stat(m_file.c_str(), &state), 0);
-    EXPECT_EQ(state.st_mode & 0777, 0600u);
-}
-
-TEST_F(PlatformFile, NamesAreUtf8OnTheHost)
-{
-    m_file = m_folder + "/\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80\xEF\xBF\xBD";
-    const std::u16string name = Wide(m_folder) + u"/\u00E4\u20AC\U0001F600";
-    for (const char16_t half : {u'\xD83D', u'\xDE00'}) { // half a pair is no character
-        const HANDLE file = CreateFileW((name + half).c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, 0, nullptr);
-        EXPECT_NE(file, INVALID_HANDLE_VALUE);
-        CloseHandle(file);
-        EXPECT_EQ(unlink(m_file.c_str()), 0);
-    }
-}
-
-TEST_F(PlatformFile, ATerminalThatIsWrittenToAsAFileKeepsItsMode)
+TEST_F(PlatformSerial, ATerminalThatIsWrittenToAsAFileKeepsItsMode)
 {
     Line line;
     termios before;
@@ -675,23 +531,4 @@ TEST_F(PlatformFile, ATerminalThatIsWrittenToAsAFileKeepsItsMode)
     DWORD written = 0;
     EXPECT_TRUE(WriteFile(line.port, "log\n", 4, &written, nullptr));
     EXPECT_EQ(OpenErrorOf(line.name), ERROR_SUCCESS) << "and does not claim it";
-}
-
-TEST_F(PlatformFile, StandardErrorIsAFileThatTakesText)
-{
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    const int before = dup(STDERR_FILENO);
-    dup2(ends[1], STDERR_FILENO);
-    const HANDLE file = GetStdHandle(STD_ERROR_HANDLE);
-    DWORD written = 0;
-    const BOOL wrote = WriteFile(file, "fault\n", 6, &written, nullptr);
-    dup2(before, STDERR_FILENO);
-    EXPECT_TRUE(wrote);
-    char buffer[16];
-    EXPECT_EQ(std::string(buffer, static_cast<size_t>(read(ends[0], buffer, sizeof buffer))), "fault\n");
-    EXPECT_EQ(GetStdHandle(STD_ERROR_HANDLE), file);
-    EXPECT_EQ(GetStdHandle(1), INVALID_HANDLE_VALUE);
-    for (const int descriptor : {before, ends[0], ends[1]})
-        close(descriptor);
 }
