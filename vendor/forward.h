@@ -16,9 +16,19 @@ ULONG Forward(ULONG(ORV_VENDOR_CALL* entry)(Parameters...), Parameters... argume
     return entry ? entry(arguments...) : kEntryPointMissing;
 }
 
-// A code pointer as a log text prints it: its low 32 bits.
-template <class Function>
-ULONG Low32(Function* function)
+// The same, and a log line with the status of a call that was made; `text` prints it with "%d".
+template <class... Parameters>
+ULONG ForwardAndLog(const char* text, ULONG(ORV_VENDOR_CALL* entry)(Parameters...), Parameters... arguments)
 {
-    return static_cast<ULONG>(reinterpret_cast<uintptr_t>(function));
+    if (!entry) return kEntryPointMissing;
+    const ULONG status = entry(arguments...);
+    LOG_C(text, status);
+    return status;
+}
+
+// An address as a log text prints it: its low 32 bits.
+template <class Pointed>
+ULONG Low32(Pointed* address)
+{
+    return static_cast<ULONG>(reinterpret_cast<uintptr_t>(address));
 }

@@ -11,3 +11,8 @@ ULONG COrvGobiDll::SetPower(ULONG mode)
     LOG_C("SetPower powerMode = %d returns status = %d", mode, status);
     return status;
 }
+
+ULONG COrvGobiDll::GetOfflineReason(ULONG* reasons, ULONG* platform)
+{
+    return Forward(m_entry.GetOfflineReason, reasons, platform);
+}
