@@ -114,7 +114,7 @@ PLATFORM_API void EnterCriticalSection(CRITICAL_SECTION* section);
 PLATFORM_API BOOL TryEnterCriticalSection(CRITICAL_SECTION* section);
 PLATFORM_API void LeaveCriticalSection(CRITICAL_SECTION* section);
 
-// --- interlocked words ------------------------------------------------------------------------------------------------
+// --- interlocked words ----------------------------------------------------------------------------------------------
 
 using LONG = int32_t;
 // Stores `value` and returns what was there, as one step and as a full barrier. Called to claim a slot of a fixed pool.

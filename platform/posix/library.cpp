@@ -44,12 +44,32 @@ DWORD HostFileName(const WCHAR* name, char (&file)[kFileNameRoom])
     return written < static_cast<int>(sizeof file) ? ERROR_SUCCESS : ERROR_FILENAME_EXCED_RANGE;
 }
 
-template <class Record>
-bool ReadAt(int descriptor, uint64_t offset, Record* record)
-{
-    return offset <= INT64_MAX && pread(descriptor, record, sizeof *record, static_cast<off_t>(offset)) ==
-                                      static_cast<ssize_t>(sizeof *record);
-}
+// The beginning of a library file, read at once: its header, and as a rule the table of its parts.
+class FileHead {
+public:
+    explicit FileHead(int descriptor) : m_descriptor(descriptor)
+    {
+        const ssize_t size = pread(descriptor, m_octets, sizeof m_octets, 0);
+        m_size = size > 0 ? static_cast<uint64_t>(size) : 0;
+    }
+
+    // Takes from what was read, or else reads.
+    template <class Record>
+    bool ReadAt(uint64_t offset, Record* record) const
+    {
+        if (offset <= m_size && sizeof *record <= m_size - offset) {
+            memcpy(record, m_octets + offset, sizeof *record);
+            return true;
+        }
+        return offset <= INT64_MAX && pread(m_descriptor, record, sizeof *record, static_cast<off_t>(offset)) ==
+                                          static_cast<ssize_t>(sizeof *record);
+    }
+
+private:
+    const int m_descriptor;
+    uint64_t m_size;
+    BYTE m_octets[1024];
+};
 
 // Whether the file holds all that the loader would map. The loader does not look, and a library that was cut short
 // would end the process with a bus error.
@@ -57,13 +77,14 @@ bool IsCompleteLibrary(int descriptor)
 {
     struct stat status;
     ElfW(Ehdr) header;
-    if (fstat(descriptor, &status) != 0 || !ReadAt(descriptor, 0, &header)) return false;
+    const FileHead head(descriptor);
+    if (fstat(descriptor, &status) != 0 || !head.ReadAt(0, &header)) return false;
     constexpr unsigned char kClass = sizeof(void*) == 8 ? ELFCLASS64 : ELFCLASS32;
     if (memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 || header.e_ident[EI_CLASS] != kClass) return false;
     const uint64_t file_size = static_cast<uint64_t>(status.st_size);
     for (unsigned i = 0; i < header.e_phnum; ++i) {
         ElfW(Phdr) part;
-        if (!ReadAt(descriptor, header.e_phoff + uint64_t{i} * sizeof part, &part)) return false;
+        if (!head.ReadAt(header.e_phoff + uint64_t{i} * sizeof part, &part)) return false;
         if (part.p_offset > file_size || part.p_filesz > file_size - part.p_offset) return false;
     }
     return true;
@@ -76,10 +97,14 @@ Search LoadFrom(const char* folder, size_t folder_length, const char* file, void
 {
     char path[PATH_MAX];
     const int length = snprintf(path, sizeof path, "%.*s/%s", static_cast<int>(folder_length), folder, file);
-    if (length >= static_cast<int>(sizeof path) || access(path, F_OK) != 0) return Search::GoOn;
+    if (length >= static_cast<int>(sizeof path)) return Search::GoOn;
+    // A library that is in the process already needs no look at its file.
+    *module = dlopen(path, RTLD_NOW | RTLD_LOCAL | RTLD_NOLOAD);
+    if (*module) return Search::Ended;
     const int descriptor = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    const bool complete = descriptor >= 0 && IsCompleteLibrary(descriptor);
-    if (descriptor >= 0) close(descriptor);
+    if (descriptor < 0) return access(path, F_OK) != 0 ? Search::GoOn : Search::Ended;
+    const bool complete = IsCompleteLibrary(descriptor);
+    close(descriptor);
     if (complete) *module = dlopen(path, RTLD_NOW | RTLD_LOCAL);
     return Search::Ended;
 }
