@@ -67,6 +67,7 @@ private:
 std::string CheckModel(const std::string& text);
 
 void AddCoreCommands(Client& client);      // info, power, connect, disconnect, network, codes
+void AddAtCommands(Client& client);        // at
 void AddEventCommands(Client& client);     // events
 void AddSimulatorCommands(Client& client); // sim run, sim command, sim exec
 void AddDemoCommands(Client& client);      // demo

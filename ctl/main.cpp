@@ -87,6 +87,7 @@ int main(int argc, char** argv)
     ctl::StartSignalThread();
     ctl::Client client;
     ctl::AddCoreCommands(client);
+    ctl::AddAtCommands(client);
     ctl::AddEventCommands(client);
     ctl::AddSimulatorCommands(client);
     ctl::AddDemoCommands(client);

@@ -4,8 +4,8 @@
 
 namespace sim {
 
-constexpr const FieldTable* kTables[] = {&kConnectionFields, &kIdentityFields, &kPowerFields,
-                                         &kNetworkFields,    &kSessionFields,  &kFirmwareFields};
+constexpr const FieldTable* kTables[] = {&kConnectionFields, &kIdentityFields, &kPowerFields, &kNetworkFields,
+                                         &kSessionFields,    &kFirmwareFields, &kAtFields};
 
 static const Field* FindField(Command& command)
 {

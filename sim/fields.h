@@ -52,7 +52,7 @@ struct FieldTable {
 
 // One a service.
 extern const FieldTable kConnectionFields, kIdentityFields, kPowerFields, kNetworkFields, kSessionFields,
-    kFirmwareFields;
+    kFirmwareFields, kAtFields;
 
 // The verbs. Lock held.
 void SetField(Command& command);

@@ -13,6 +13,8 @@ void ResetNetwork(bool umts);
 void ResetSession();
 void ResetFirmware();
 
+// The module leaves after a while, and comes back with the radio on.
+void ScheduleReset();
 // Ends the data session, if there is one, without a word to the client.
 void EndSession();
 // The next byte-totals event: when it is due (0: none), and the session's step past it.
