@@ -75,6 +75,8 @@ public:
     void PutLong(void* out, ULONGLONG value);
     // Writes a text into `room` octets: cut there, and terminated if there is room for that.
     void PutText(char* out, ULONG room, const char* text);
+    // The same in 16-bit characters, of a text in UTF-8.
+    void PutWideText(WCHAR* out, ULONG room, const char* text);
     // Writes a text without a terminator: `*length` is its room, then its length.
     void PutCountedText(WORD* length, BYTE* out, const char* text);
     // Writes as many of `available` values as the room allows. `value(i)` gives one.
@@ -97,6 +99,18 @@ public:
             const T one = available > 0 ? value(i % available) : T{};
             memcpy(static_cast<BYTE*>(out) + i * sizeof(T), &one, sizeof(T));
         }
+    }
+    // Writes one record.
+    template <class T>
+    void PutRecord(T* out, const T& record)
+    {
+        PutRecords<T>(out, 1, 1, [&](ULONG) { return record; });
+    }
+    // A count or length within a record: `count`, or what the hostile rule says.
+    template <class T>
+    T Told(T count) const
+    {
+        return m_hostile.kind == Hostility::Count ? static_cast<T>(m_hostile.count) : count;
     }
     // Writes how many values PutArray wrote, after it: the count is also the room. Null is taken as room 0.
     template <class T>

@@ -4,7 +4,7 @@
 
 #include "platform/win32.h"
 #include "sim/entry_points.h"
-#include "sim/text.h"
+#include "sim/values.h"
 
 namespace sim {
 
@@ -17,19 +17,6 @@ enum Status : ULONG {
     kNoSession = 15,      // there is no data session
     kNotSupported = 1025,
     kNoEffect = 1026 // what was asked for is already so
-};
-
-// Values of `kRows` rows and `kColumns` columns, of which `count` rows are in use.
-template <ULONG kRows, ULONG kColumns>
-struct List {
-    ULONG count;
-    int32_t values[kRows][kColumns];
-};
-
-template <ULONG kRoom>
-struct Octets {
-    ULONG count;
-    BYTE octets[kRoom];
 };
 
 struct ConnectionState {

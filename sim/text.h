@@ -63,5 +63,8 @@ bool Copy(Text<kRoom>& out, const char* text)
 }
 // UTF-8 of a terminated 16-bit text, cut at a whole character.
 void Narrow(char* out, ULONG room, const WCHAR* wide);
+// 16-bit characters of a UTF-8 text: cut where the room ends, and terminated if there is room for that. An octet that
+// begins no character reads as U+FFFD.
+void Widen(WCHAR* out, ULONG room, const char* text);
 
 } // namespace sim
