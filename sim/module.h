@@ -14,9 +14,18 @@ enum Status : ULONG {
     kGeneralFailure = 1,
     kInvalidArgument = 4, // a null pointer, or a value that the entry point does not take
     kNoDevice = 6,        // no module is plugged in
-    kNoSession = 15,      // there is no data session
+    kNotFound = 9,        // nothing is kept there
+    kNoRoom = 10,         // what is to be kept does not fit
+    kNoCard = 11,         // there is no card, or its PIN is to be verified first
+    kNoNetwork = 12,      // the module is not registered
+    kRefusedByNetwork = 13,
+    kNoSession = 15, // there is no data session
     kNotSupported = 1025,
-    kNoEffect = 1026 // what was asked for is already so
+    kNoEffect = 1026, // what was asked for is already so
+    // Those of the card service, which clients know.
+    kWrongPin = 1012,
+    kPinBlocked = 1035,
+    kNotAllowed = 1082 // in the state in which that PIN is
 };
 
 struct ConnectionState {
