@@ -30,6 +30,16 @@ PointedArgument<T> At(const T* value)
 {
     return {value};
 }
+// A member of a record, or null for a null record.
+template <class T, class M>
+PointedArgument<M> MemberOf(const T* record, M T::*member)
+{
+    return {record ? &(record->*member) : nullptr};
+}
+struct CountedText { // "text", or null
+    const BYTE* octets;
+    ULONG length;
+};
 template <class T>
 struct ArrayArgument { // [1 2 3], or null
     const T* values;
@@ -70,6 +80,22 @@ public:
     void PutOptional(T* out, T value)
     {
         if (out) Put(out, value);
+    }
+    // Writes one record, whose counts and lengths went through Claim.
+    template <class T>
+    void PutRecord(T* out, const T& record)
+    {
+        if (!out) return Fail(kInvalidArgument);
+        if (Scribbles())
+            memset(static_cast<void*>(out), 0xFF, sizeof(T));
+        else
+            *out = record;
+    }
+    // A count or length inside a record: what it is, or what the hostile rule says.
+    template <class T>
+    T Claim(ULONG count) const
+    {
+        return static_cast<T>(m_hostile.kind == Hostility::Count ? m_hostile.count : count);
     }
     // Writes 64 bits, wherever the pointer points.
     void PutLong(void* out, ULONGLONG value);
@@ -137,6 +163,13 @@ private:
     static void WriteArgument(Writer& writer, const char* text) { writer.Quoted(text, 200); }
     static void WriteArgument(Writer& writer, char* text) { writer.Quoted(text, 200); }
     static void WriteArgument(Writer& writer, ULONG value) { writer.Unsigned(value); }
+    static void WriteArgument(Writer& writer, CountedText text)
+    {
+        if (text.octets)
+            writer.QuotedOctets(text.octets, text.length, 200);
+        else
+            writer.Add("null");
+    }
     static void WriteArgument(Writer& writer, CallbackArgument callback) { writer.Add(callback.set ? "set" : "null"); }
     template <class T>
     static void WriteArgument(Writer& writer, PointedArgument<T> argument)

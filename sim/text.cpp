@@ -97,6 +97,15 @@ Writer& Writer::Quoted(const char* text, ULONG limit)
     return Character('"');
 }
 
+Writer& Writer::QuotedOctets(const BYTE* octets, ULONG count, ULONG limit)
+{
+    Character('"');
+    for (ULONG i = 0; i < count && i < limit; ++i)
+        Escaped(static_cast<char>(octets[i]));
+    if (count > limit) Add("...");
+    return Character('"');
+}
+
 Writer& Writer::HexOctets(const BYTE* octets, ULONG count)
 {
     for (ULONG i = 0; i < count; ++i)

@@ -33,6 +33,8 @@ public:
     // "text" with \r \n \t \" \\ and \xNN for what cannot be printed, cut after `limit` octets of it; null for a null
     // one.
     Writer& Quoted(const char* text, ULONG limit = 512);
+    // The same of counted octets, which may hold zeros.
+    Writer& QuotedOctets(const BYTE* octets, ULONG count, ULONG limit);
     Writer& HexOctets(const BYTE* octets, ULONG count);
     void Clear();
 
