@@ -81,22 +81,6 @@ public:
     {
         if (out) Put(out, value);
     }
-    // Writes one record, whose counts and lengths went through Claim.
-    template <class T>
-    void PutRecord(T* out, const T& record)
-    {
-        if (!out) return Fail(kInvalidArgument);
-        if (Scribbles())
-            memset(static_cast<void*>(out), 0xFF, sizeof(T));
-        else
-            *out = record;
-    }
-    // A count or length inside a record: what it is, or what the hostile rule says.
-    template <class T>
-    T Claim(ULONG count) const
-    {
-        return static_cast<T>(m_hostile.kind == Hostility::Count ? m_hostile.count : count);
-    }
     // Writes 64 bits, wherever the pointer points.
     void PutLong(void* out, ULONGLONG value);
     // Writes a text into `room` octets: cut there, and terminated if there is room for that.
