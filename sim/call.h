@@ -40,6 +40,12 @@ struct CountedText { // "text", or null
     const BYTE* octets;
     ULONG length;
 };
+// As much of it as there is room for in its array.
+template <ULONG kRoom>
+CountedText Bounded(const BYTE (&octets)[kRoom], ULONG length)
+{
+    return {octets, length < kRoom ? length : kRoom};
+}
 template <class T>
 struct ArrayArgument { // [1 2 3], or null
     const T* values;
@@ -133,6 +139,13 @@ public:
             *count = static_cast<T>(m_hostile.count);
         else if (available < *count)
             *count = static_cast<T>(available);
+    }
+    // Writes how many values there are, even where PutArray had room for fewer.
+    template <class T>
+    void PutTotal(T* count, ULONG available)
+    {
+        if (m_hostile.kind == Hostility::Count) available = m_hostile.count;
+        Put(count, static_cast<T>(available));
     }
     template <class T>
     static ULONG Room(const T* count)

@@ -3,7 +3,20 @@
 #pragma once
 
 #include "platform/win32.h"
+#include "sim/calls_state.h"
+#include "sim/cell_location_state.h"
+#include "sim/cdma_state.h"
+#include "sim/data_state.h"
 #include "sim/entry_points.h"
+#include "sim/phonebook_state.h"
+#include "sim/supplementary_state.h"
+#include "sim/ussd_state.h"
+#include "sim/management_state.h"
+#include "sim/mobile_ip_state.h"
+#include "sim/network_scan_state.h"
+#include "sim/profiles_state.h"
+#include "sim/sms_state.h"
+#include "sim/uim_state.h"
 #include "sim/values.h"
 
 namespace sim {
@@ -19,7 +32,11 @@ enum Status : ULONG {
     kNoCard = 11,         // there is no card, or its PIN is to be verified first
     kNoNetwork = 12,      // the module is not registered
     kRefusedByNetwork = 13,
-    kNoSession = 15, // there is no data session
+    kNoSession = 15, // there is no session
+    kWrongCode = 20, // of the service programming code
+    kCodeLocked = 21,
+    kNotBegun = 22,    // the service has not been begun
+    kSwitchedOff = 23, // the feature is
     kNotSupported = 1025,
     kNoEffect = 1026, // what was asked for is already so
     // Those of the card service, which clients know.
@@ -91,6 +108,23 @@ struct ModuleState {
     NetworkState network;
     SessionState session;
     FirmwareState firmware;
+    CallsState calls;
+    SupplementaryState supplementary;
+    UssdState ussd;
+    PhonebookState phonebook;
+    CellState cell;
+    WaitingState waiting;
+    SmsState sms;
+    UimState uim;
+    DataState data;
+    ProfilesState profiles;
+    MobileIPState mobile_ip;
+    NetworkScanState scan;
+    CdmaState cdma;
+    ActivationState activation;
+    SubscriberState subscriber;
+    ManagementState management;
+    ExtendedManagementState extended;
     void (*callbacks[kEntryPoints])(); // by registration entry point
 };
 
