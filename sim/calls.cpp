@@ -290,22 +290,22 @@ static const VoiceCall* Dial(const BYTE* digits, ULONG count, BYTE type, BYTE cl
 }
 
 // The next step of a call that this side dialled, if it still takes one.
-static void Proceed(VoiceCall* one)
+static void Proceed(VoiceCall& one)
 {
     const CallsState& state = TheModule().calls;
-    if (!one || one->direction != 1) return;
+    if (one.direction != 1) return;
     Report report;
-    if (one->state == GOBI_CALL_ORIGINATING && state.refusal != 0) {
-        End(*one, state.refusal, report);
+    if (one.state == GOBI_CALL_ORIGINATING && state.refusal != 0) {
+        End(one, state.refusal, report);
         Settle(report);
-    } else if (one->state == GOBI_CALL_ORIGINATING) {
-        MoveTo(*one, GOBI_CALL_ALERTING, report);
+    } else if (one.state == GOBI_CALL_ORIGINATING) {
+        MoveTo(one, GOBI_CALL_ALERTING, report);
         if (!state.answers) return;
         Text<32> step;
-        Writer(step).Add("call proceeds ").Unsigned(one->id);
+        Writer(step).Add("call proceeds ").Unsigned(one.id);
         ScheduleModuleEvent(state.answer_ms, step);
-    } else if (one->state == GOBI_CALL_ALERTING) {
-        MoveTo(*one, GOBI_CALL_CONVERSATION, report);
+    } else if (one.state == GOBI_CALL_ALERTING) {
+        MoveTo(one, GOBI_CALL_CONVERSATION, report);
     }
 }
 
@@ -382,14 +382,14 @@ void CallVerb(Command& command)
         !proceeds && command.More() ? static_cast<WORD>(command.Unsigned("reason", 0xFFFF)) : kNormalClearing;
     command.End();
     if (command.Failed()) return;
-    if (proceeds) { // also when it has ended meanwhile
-        Proceed(one);
-    } else if (one) {
+    if (!one) { // this side may have ended it meanwhile
+        command.Reply().Add("no such call");
+    } else if (proceeds) {
+        Proceed(*one);
+    } else {
         Report report;
         End(*one, reason, report);
         Settle(report);
-    } else {
-        command.Fail().Add("there is no such call");
     }
 }
 

@@ -51,10 +51,14 @@ void ResetModule(bool umts, ULONG product)
     ResetCalls(umts);
     ResetSupplementary();
     ResetUssd();
-    ResetPhonebook();
+    ResetPhonebook(umts);
     ResetCellLocation();
     ResetSms(umts);
     ResetUim(umts);
+    ResetPosition();
+    ResetImages();
+    ResetAudio();
+    ResetM2mAudio();
     ResetDataStatus(umts);
     ResetProfiles();
     ResetMobileIP(umts);
@@ -88,6 +92,7 @@ void ModuleReturns()
     TheModule().power.mode = 0;
     UnlockSpc();
     RestartUim();
+    RestartPosition();
     RestartAtModem();
 }
 

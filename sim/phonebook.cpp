@@ -51,7 +51,7 @@ static void WriteText(PhonebookRecord& record, const char* number, const char* n
           reinterpret_cast<const BYTE*>(name), Length(name), kPlainName);
 }
 
-void ResetPhonebook()
+void ResetPhonebook(bool umts)
 {
     PhonebookState& state = TheModule().phonebook;
     state = {};
@@ -61,8 +61,8 @@ void ResetPhonebook()
     state.max_number = 20;
     state.max_name = 18;
     state.read_ms = 10;
-    WriteText(state.records[0][0], "+15550199", "Voice mail");
-    WriteText(state.records[2][0], "+15550100", "");
+    WriteText(state.records[0][0], "+12025550199", "Voice mail");
+    WriteText(state.records[2][0], umts ? "+12025550123" : "2025550123", "");
 }
 
 ULONG StoredRecords(BYTE type, ULONG first, ULONG last, arrPBInfo* records, ULONG room)

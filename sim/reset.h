@@ -15,12 +15,17 @@ void ResetFirmware();
 void ResetCalls(bool umts);
 void ResetSupplementary();
 void ResetUssd();
-void ResetPhonebook();
+void ResetPhonebook(bool umts);
 void ResetCellLocation();
 void ResetSms(bool umts);
 void ResetUim(bool umts);
-// The module has come back: PINs are to be verified again.
+void ResetPosition();
+void ResetImages();
+void ResetAudio();
+void ResetM2mAudio();
+// The module has come back: PINs are to be verified again, and fixes to be started.
 void RestartUim();
+void RestartPosition();
 void ResetDataStatus(bool umts);
 void ResetProfiles();
 void ResetMobileIP(bool umts);
