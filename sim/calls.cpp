@@ -251,13 +251,14 @@ static bool Manage(BYTE kind, ULONG id, Report& report)
 
 static bool IsDialable(const BYTE* digits, ULONG count)
 {
+    if (count < 1 || count > GOBI_MAX_DIGITS) return false; // before anything is read: the length is the caller's
     for (ULONG i = 0; i < count; ++i) {
         const BYTE digit = digits[i];
         const bool known =
             (digit >= '0' && digit <= '9') || digit == '*' || digit == '#' || digit == '+' || digit == 'p';
         if (!known) return false;
     }
-    return count >= 1 && count <= GOBI_MAX_DIGITS;
+    return true;
 }
 
 // Why a call cannot be dialled now, or 0.
