@@ -5,12 +5,11 @@
 namespace sim {
 
 constexpr const FieldTable* kTables[] = {
-    &kConnectionFields, &kIdentityFields,      &kPowerFields,      &kNetworkFields,
-    &kSessionFields,    &kFirmwareFields,      &kSmsFields,        &kUimFields,
-    &kDataFields,       &kProfileFields,       &kMobileIPFields,   &kNetworkScanFields,
-    &kCdmaFields,       &kSubscriberFields,    &kManagementFields, &kExtendedManagementFields,
-    &kCallsFields,      &kSupplementaryFields, &kUssdFields,       &kPhonebookFields,
-    &kCellFields};
+    &kConnectionFields,  &kIdentityFields,      &kPowerFields,      &kNetworkFields,    &kSessionFields,
+    &kFirmwareFields,    &kSmsFields,           &kUimFields,        &kPositionFields,   &kImagesFields,
+    &kAudioFields,       &kM2mAudioFields,      &kDataFields,       &kProfileFields,    &kMobileIPFields,
+    &kNetworkScanFields, &kCdmaFields,          &kSubscriberFields, &kManagementFields, &kExtendedManagementFields,
+    &kCallsFields,       &kSupplementaryFields, &kUssdFields,       &kPhonebookFields,  &kCellFields};
 
 static const Field* FindField(Command& command)
 {

@@ -3,20 +3,24 @@
 #pragma once
 
 #include "platform/win32.h"
+#include "sim/audio_state.h"
 #include "sim/calls_state.h"
-#include "sim/cell_location_state.h"
 #include "sim/cdma_state.h"
+#include "sim/cell_location_state.h"
 #include "sim/data_state.h"
 #include "sim/entry_points.h"
-#include "sim/phonebook_state.h"
-#include "sim/supplementary_state.h"
-#include "sim/ussd_state.h"
+#include "sim/images_state.h"
+#include "sim/m2m_audio_state.h"
 #include "sim/management_state.h"
 #include "sim/mobile_ip_state.h"
 #include "sim/network_scan_state.h"
+#include "sim/phonebook_state.h"
+#include "sim/position_state.h"
 #include "sim/profiles_state.h"
 #include "sim/sms_state.h"
+#include "sim/supplementary_state.h"
 #include "sim/uim_state.h"
+#include "sim/ussd_state.h"
 #include "sim/values.h"
 
 namespace sim {
@@ -116,6 +120,10 @@ struct ModuleState {
     WaitingState waiting;
     SmsState sms;
     UimState uim;
+    PositionState position;
+    ImagesState images;
+    AudioState audio;
+    M2mAudioState m2m_audio;
     DataState data;
     ProfilesState profiles;
     MobileIPState mobile_ip;

@@ -19,12 +19,22 @@ struct GobiEntryPoints {
     ULONG(ORV_VENDOR_CALL* GetCellLocationInfo)(geranCellInfo*, umtsCellInfo*, cdmaCellInfo*, ULONG*);
     ULONG(ORV_VENDOR_CALL* GetRTREConfig)(BYTE*, BYTE*);
     ULONG(ORV_VENDOR_CALL* GetWaitingMsgInfo)(waitingMsgInfo*);
+    /*
+     * The audio path. Each begins with generator and profile, in but for AudioGetProfile; that and AudioSetProfile go
+     * on with ear mute, microphone mute and volume.
+     */
     ULONG(ORV_VENDOR_CALL* AudioSetProfile)(BYTE*, BYTE*, BYTE*, BYTE*, BYTE*);
     ULONG(ORV_VENDOR_CALL* AudioGetProfile)(BYTE*, BYTE*, BYTE*, BYTE*, BYTE*);
+    /* Which level (GOBI_AUDIO_LEVEL_...), the volume level, codec gain and digital gain. */
     ULONG(ORV_VENDOR_CALL* AudioSetVolTLBConfig)(BYTE*, BYTE*, BYTE*, BYTE*, WORD*, WORD*);
     ULONG(ORV_VENDOR_CALL* AudioPlayAudioTone)(BYTE*);
+    /*
+     * A pointer for each item of the path, null for what stays as it is: microphone volume, echo cancellation, noise
+     * suppression, output gain, input gain, the transmit filter's four, the receive filter's four, side tone.
+     */
     ULONG(ORV_VENDOR_CALL* AudioSetAudioPath)
-    (BYTE*, BYTE*, BYTE*, BYTE*, WORD*, WORD*, WORD*, ULONG*, WORD*, WORD*, WORD*, ULONG*, WORD*);
+    (BYTE*, BYTE*, WORD*, BYTE*, BYTE*, BYTE*, BYTE*, WORD*, WORD*, ULONG*, WORD*, WORD*, WORD*, ULONG*, WORD*, WORD*);
+    /* Which item (GOBI_AUDIO_PATH_...), and its value out. */
     ULONG(ORV_VENDOR_CALL* AudioGetPathByte)(BYTE*, BYTE*, BYTE*, BYTE*);
     ULONG(ORV_VENDOR_CALL* AudioGetPathWord)(BYTE*, BYTE*, BYTE*, WORD*);
     ULONG(ORV_VENDOR_CALL* AudioGetPathPCMFilter)(BYTE*, BYTE*, BYTE*, WORD*, WORD*, ULONG*, WORD*);
