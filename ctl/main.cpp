@@ -82,7 +82,9 @@ void Client::Prepare()
 
 } // namespace ctl
 
-int main(int argc, char** argv)
+namespace {
+
+int Run(int argc, char** argv)
 {
     ctl::StartSignalThread();
     ctl::Client client;
@@ -101,6 +103,17 @@ int main(int argc, char** argv)
         return error.Status();
     } catch (const std::exception& error) {
         ctl::PrintError(error, client.Json());
+        return ctl::kExitFailure;
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return Run(argc, argv);
+    } catch (...) { // the failure itself could not be reported
         return ctl::kExitFailure;
     }
 }
