@@ -8,6 +8,7 @@
 #include "sim/progress.h"
 #include "sim/provisioning.h"
 #include "sim/reset.h"
+#include "sim/settings.h"
 
 namespace sim {
 
@@ -221,30 +222,15 @@ extern "C" ULONG GetCDMANetworkParameters(BYTE* slot_cycle_index, BYTE* station_
                                           BYTE* custom_scp, ULONG* protocol, ULONG* broadcast, ULONG* application,
                                           ULONG* roaming)
 {
-    Call call(EntryPoint::GetCDMANetworkParameters);
-    if (const ULONG refused = call.Refused()) return refused;
-    const CdmaState& cdma = TheModule().cdma;
-    call.Put(slot_cycle_index, cdma.slot_cycle_index);
-    call.Put(station_class_mark, cdma.station_class_mark);
-    call.Put(home_only, cdma.home_only);
-    call.Put(sid_registration, cdma.sid_registration);
-    call.Put(nid_registration, cdma.nid_registration);
-    call.Put(force_rev0, cdma.force_rev0);
-    call.Put(custom_scp, cdma.custom_scp);
-    call.Put(protocol, cdma.protocol);
-    call.Put(broadcast, cdma.broadcast);
-    call.Put(application, cdma.application);
-    call.Put(roaming, cdma.roaming);
-    return call.Done();
+    const auto& cdma = TheModule().cdma;
+    return Give(EntryPoint::GetCDMANetworkParameters, Given{slot_cycle_index, cdma.slot_cycle_index},
+                Given{station_class_mark, cdma.station_class_mark}, Given{home_only, cdma.home_only},
+                Given{sid_registration, cdma.sid_registration}, Given{nid_registration, cdma.nid_registration},
+                Given{force_rev0, cdma.force_rev0}, Given{custom_scp, cdma.custom_scp}, Given{protocol, cdma.protocol},
+                Given{broadcast, cdma.broadcast}, Given{application, cdma.application}, Given{roaming, cdma.roaming});
 }
 
-extern "C" ULONG GetACCOLC(BYTE* accolc)
-{
-    Call call(EntryPoint::GetACCOLC);
-    if (const ULONG refused = call.Refused()) return refused;
-    call.Put(accolc, TheModule().cdma.accolc);
-    return call.Done();
-}
+extern "C" ULONG GetACCOLC(BYTE* accolc) { return Give(EntryPoint::GetACCOLC, Given{accolc, TheModule().cdma.accolc}); }
 
 extern "C" ULONG SetACCOLC(char* spc, BYTE accolc)
 {
@@ -258,18 +244,12 @@ extern "C" ULONG SetACCOLC(char* spc, BYTE accolc)
 
 extern "C" ULONG GetANAAAAuthenticationStatus(ULONG* status)
 {
-    Call call(EntryPoint::GetANAAAAuthenticationStatus);
-    if (const ULONG refused = call.Refused()) return refused;
-    call.Put(status, TheModule().cdma.an_aaa);
-    return call.Done();
+    return Give(EntryPoint::GetANAAAAuthenticationStatus, Given{status, TheModule().cdma.an_aaa});
 }
 
 extern "C" ULONG GetPRLVersion(WORD* version)
 {
-    Call call(EntryPoint::GetPRLVersion);
-    if (const ULONG refused = call.Refused()) return refused;
-    call.Put(version, TheModule().cdma.prl_version);
-    return call.Done();
+    return Give(EntryPoint::GetPRLVersion, Given{version, TheModule().cdma.prl_version});
 }
 
 // There is one NAM, 0. Null leaves a value as it is; the number needs both its length and its digits.
@@ -365,10 +345,7 @@ extern "C" ULONG ActivateAutomatic(char* code)
 
 extern "C" ULONG GetActivationState(ULONG* state)
 {
-    Call call(EntryPoint::GetActivationState);
-    if (const ULONG refused = call.Refused()) return refused;
-    call.Put(state, TheModule().activation.state);
-    return call.Done();
+    return Give(EntryPoint::GetActivationState, Given{state, TheModule().activation.state});
 }
 
 // What has been set comes back to what a fresh module has, the code too; the module is then to be activated.

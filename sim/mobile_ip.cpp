@@ -7,6 +7,7 @@
 #include "sim/inputs.h"
 #include "sim/provisioning.h"
 #include "sim/reset.h"
+#include "sim/settings.h"
 
 namespace sim {
 
@@ -84,19 +85,12 @@ using namespace sim;
 
 extern "C" ULONG SetMobileIP(ULONG mode)
 {
-    Call call(EntryPoint::SetMobileIP, mode);
-    if (const ULONG refused = call.Refused()) return refused;
-    if (mode > kMaxMode) return kInvalidArgument;
-    TheModule().mobile_ip.mode = mode;
-    return call.Done();
+    return Keep(EntryPoint::SetMobileIP, Kept<ULONG>{TheModule().mobile_ip.mode, mode, kMaxMode});
 }
 
 extern "C" ULONG GetMobileIP(ULONG* mode)
 {
-    Call call(EntryPoint::GetMobileIP);
-    if (const ULONG refused = call.Refused()) return refused;
-    call.Put(mode, TheModule().mobile_ip.mode);
-    return call.Done();
+    return Give(EntryPoint::GetMobileIP, Given{mode, TheModule().mobile_ip.mode});
 }
 
 extern "C" ULONG SetActiveMobileIPProfile(char* spc, BYTE index)
@@ -111,10 +105,7 @@ extern "C" ULONG SetActiveMobileIPProfile(char* spc, BYTE index)
 
 extern "C" ULONG GetActiveMobileIPProfile(BYTE* index)
 {
-    Call call(EntryPoint::GetActiveMobileIPProfile);
-    if (const ULONG refused = call.Refused()) return refused;
-    call.Put(index, TheModule().mobile_ip.active);
-    return call.Done();
+    return Give(EntryPoint::GetActiveMobileIPProfile, Given{index, TheModule().mobile_ip.active});
 }
 
 // Null leaves a value as it is. Nothing is kept unless all of it can be.
@@ -179,23 +170,14 @@ extern "C" ULONG SetMobileIPParameters(char* spc, ULONG* mode, BYTE* retry_limit
 extern "C" ULONG GetMobileIPParameters(ULONG* mode, BYTE* retry_limit, BYTE* retry_interval, BYTE* rereg_period,
                                        BYTE* rereg_on_traffic, BYTE* ha_authenticator, BYTE* ha_rfc2002bis)
 {
-    Call call(EntryPoint::GetMobileIPParameters);
-    if (const ULONG refused = call.Refused()) return refused;
-    const MobileIPState& mobile_ip = TheModule().mobile_ip;
-    call.Put(mode, mobile_ip.mode);
-    call.Put(retry_limit, mobile_ip.retry_limit);
-    call.Put(retry_interval, mobile_ip.retry_interval);
-    call.Put(rereg_period, mobile_ip.rereg_period);
-    call.Put(rereg_on_traffic, mobile_ip.rereg_on_traffic);
-    call.Put(ha_authenticator, mobile_ip.ha_authenticator);
-    call.Put(ha_rfc2002bis, mobile_ip.ha_rfc2002bis);
-    return call.Done();
+    const auto& mobile_ip = TheModule().mobile_ip;
+    return Give(EntryPoint::GetMobileIPParameters, Given{mode, mobile_ip.mode},
+                Given{retry_limit, mobile_ip.retry_limit}, Given{retry_interval, mobile_ip.retry_interval},
+                Given{rereg_period, mobile_ip.rereg_period}, Given{rereg_on_traffic, mobile_ip.rereg_on_traffic},
+                Given{ha_authenticator, mobile_ip.ha_authenticator}, Given{ha_rfc2002bis, mobile_ip.ha_rfc2002bis});
 }
 
 extern "C" ULONG GetLastMobileIPError(ULONG* error)
 {
-    Call call(EntryPoint::GetLastMobileIPError);
-    if (const ULONG refused = call.Refused()) return refused;
-    call.Put(error, TheModule().mobile_ip.error);
-    return call.Done();
+    return Give(EntryPoint::GetLastMobileIPError, Given{error, TheModule().mobile_ip.error});
 }

@@ -7,6 +7,7 @@
 #include "sim/management_session.h"
 #include "sim/progress.h"
 #include "sim/reset.h"
+#include "sim/settings.h"
 
 namespace sim {
 
@@ -92,29 +93,18 @@ using namespace sim;
 
 extern "C" ULONG OMADMGetFeatureSettings(ULONG* provisioning, ULONG* prl_update)
 {
-    Call call(EntryPoint::OMADMGetFeatureSettings);
-    if (const ULONG refused = call.Refused()) return refused;
-    call.Put(provisioning, TheModule().management.provisioning);
-    call.Put(prl_update, TheModule().management.prl_update);
-    return call.Done();
+    return Give(EntryPoint::OMADMGetFeatureSettings, Given{provisioning, TheModule().management.provisioning},
+                Given{prl_update, TheModule().management.prl_update});
 }
 
 extern "C" ULONG OMADMSetProvisioningFeature(ULONG enabled)
 {
-    Call call(EntryPoint::OMADMSetProvisioningFeature, enabled);
-    if (const ULONG refused = call.Refused()) return refused;
-    if (enabled > 1) return kInvalidArgument;
-    TheModule().management.provisioning = enabled;
-    return call.Done();
+    return Keep(EntryPoint::OMADMSetProvisioningFeature, Kept<ULONG>{TheModule().management.provisioning, enabled, 1});
 }
 
 extern "C" ULONG OMADMSetPRLUpdateFeature(ULONG enabled)
 {
-    Call call(EntryPoint::OMADMSetPRLUpdateFeature, enabled);
-    if (const ULONG refused = call.Refused()) return refused;
-    if (enabled > 1) return kInvalidArgument;
-    TheModule().management.prl_update = enabled;
-    return call.Done();
+    return Keep(EntryPoint::OMADMSetPRLUpdateFeature, Kept<ULONG>{TheModule().management.prl_update, enabled, 1});
 }
 
 extern "C" ULONG OMADMGetSessionInfo(ULONG* state, ULONG* type, ULONG* failure_reason, BYTE* retry_count,

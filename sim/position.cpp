@@ -230,7 +230,7 @@ extern "C" ULONG SetPortAutomaticTracking(ULONG enabled)
     return Keep(EntryPoint::SetPortAutomaticTracking, Kept<ULONG>{TheModule().position.port_tracking, enabled, 1});
 }
 
-// With any bit of the first mask the time and the assistance file are forgotten, and a fix begins anew.
+// With any bit of the first mask the time and the assistance file are forgotten.
 extern "C" ULONG ResetPDSData(ULONG* gps_data, ULONG* cell_data)
 {
     Call call(EntryPoint::ResetPDSData, At(gps_data), At(cell_data));

@@ -5,6 +5,7 @@
 #include "sim/fields.h"
 #include "sim/inputs.h"
 #include "sim/reset.h"
+#include "sim/settings.h"
 
 namespace sim {
 
@@ -48,19 +49,12 @@ using namespace sim;
 
 extern "C" ULONG GetAutoConnect(ULONG* setting)
 {
-    Call call(EntryPoint::GetAutoConnect);
-    if (const ULONG refused = call.Refused()) return refused;
-    call.Put(setting, TheModule().profiles.auto_connect);
-    return call.Done();
+    return Give(EntryPoint::GetAutoConnect, Given{setting, TheModule().profiles.auto_connect});
 }
 
 extern "C" ULONG SetAutoConnect(ULONG setting)
 {
-    Call call(EntryPoint::SetAutoConnect, setting);
-    if (const ULONG refused = call.Refused()) return refused;
-    if (setting > 1) return kInvalidArgument;
-    TheModule().profiles.auto_connect = setting;
-    return call.Done();
+    return Keep(EntryPoint::SetAutoConnect, Kept<ULONG>{TheModule().profiles.auto_connect, setting, 1});
 }
 
 // Null leaves a value as it is. Nothing is kept unless all of it can be.

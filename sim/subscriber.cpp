@@ -5,6 +5,7 @@
 #include "sim/clock.h"
 #include "sim/fields.h"
 #include "sim/reset.h"
+#include "sim/settings.h"
 
 namespace sim {
 
@@ -107,11 +108,8 @@ extern "C" ULONG GetIMSI(BYTE size, char* imsi)
 
 extern "C" ULONG GetOfflineReason(ULONG* reasons, ULONG* platform)
 {
-    Call call(EntryPoint::GetOfflineReason);
-    if (const ULONG refused = call.Refused()) return refused;
-    call.Put(reasons, TheModule().subscriber.offline_reasons);
-    call.Put(platform, TheModule().subscriber.platform);
-    return call.Done();
+    return Give(EntryPoint::GetOfflineReason, Given{reasons, TheModule().subscriber.offline_reasons},
+                Given{platform, TheModule().subscriber.platform});
 }
 
 // Goes on with the sim clock, five milliseconds in four units.

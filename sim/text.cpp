@@ -201,7 +201,9 @@ static ULONG NextUtf8Character(const char** text)
         character = (character << 6) | (octet & 0x3F);
         ++*text;
     }
-    return character > 0x10FFFF ? 0xFFFD : character;
+    constexpr ULONG kLeast[4] = {0, 0x80, 0x800, 0x10000};
+    const bool half_a_pair = character >= 0xD800 && character <= 0xDFFF;
+    return character < kLeast[more] || half_a_pair || character > 0x10FFFF ? 0xFFFD : character;
 }
 
 void Widen(WCHAR* out, ULONG room, const char* text)

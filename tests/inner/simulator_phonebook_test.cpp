@@ -177,6 +177,7 @@ TEST_F(SimulatorRecords, EventsCarryWhatTheLineSays)
         {"call 1:2", "at most 8 calls such as 1:3:0:5551234"},
         {"call 1:2:256", "at most 8 calls such as 1:3:0:5551234"},
         {"call 1:2:0:" + digits + "9", "at most 8 calls such as 1:3:0:5551234"},
+        {"call 1:3:0:5:256", "at most 8 calls such as 1:3:0:5551234"},
         {"call 1:9:0:5:65536", "at most 8 calls such as 1:3:0:5551234"},
         {"call 1:1:1 1:1:1 1:1:1 1:1:1 1:1:1 1:1:1 1:1:1 1:1:1 1:1:1", "at most 8 calls such as 1:3:0:5551234"},
         {"inforec 1 " + digits + "9", "a number has at most 81 digits"},

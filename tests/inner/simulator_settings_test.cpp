@@ -162,6 +162,20 @@ TEST_F(SimulatorSettings, TellsOfTheImagesInItsStore)
         EXPECT_EQ(buffer, row.text) << row.room;
     }
     EXPECT_EQ(SIM_ENTRY(GetImageStoreW)(8, nullptr), 4u);
+    const struct {
+        const char* octets;
+        const char16_t* text;
+    } broken[] = {
+        {"a\\xFFb", u"a\uFFFDb"},       {"a\\xC3", u"a\uFFFD"},         {"\\xC3b", u"\uFFFDb"},
+        {"\\xE0\\x80\\x81", u"\uFFFD"}, {"\\xED\\xA0\\x80", u"\uFFFD"},
+    };
+    for (const auto& row : broken) {
+        char16_t buffer[8] = {};
+        sim.Command(std::string("set images.store \"") + row.octets + "\"");
+        EXPECT_EQ(SIM_ENTRY(GetImageStoreW)(8, reinterpret_cast<WCHAR*>(buffer)), 0u);
+        EXPECT_EQ(std::u16string(buffer), row.text) << row.octets;
+    }
+    sim.Command("set images.store \"C:\\\\\xC3\xA9\xF0\x9D\x84\x9E\"");
 
     const struct {
         std::u16string path;
