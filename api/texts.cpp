@@ -19,7 +19,7 @@ constexpr RcodeText kRcodeTexts[] = {
     ROW(OK, "success"),
     ROW(UNSUPPORTED, "the module, its kind, or the vendor library does not support this; do not retry"),
     ROW(VENDOR_5, "the vendor library reports status 5"),
-    ROW(BAD_PARAMETER, "a pointer is null, a size is 0 or a device ID is not accepted; mend the call"),
+    ROW(BAD_PARAMETER, "a pointer is null, a size is 0, a text is too long or a device ID is not accepted; mend the call"),
     ROW(FAILED, "the operation failed; the log names the cause"),
     ROW(UNKNOWN, "the module does not know the item asked for"),
     ROW(VENDOR_15, "the vendor library reports status 15"),

@@ -17,7 +17,8 @@ typedef enum tagORV_RCODE {
     ORV_RCODE_UNSUPPORTED = 1,
     /* Vendor status 5. */
     ORV_RCODE_VENDOR_5 = 2,
-    /* A required pointer is null, a size is 0, or a device ID is not one of the four accepted ones. Mend the call. */
+    /* A required pointer is null, a size is 0, a text is too long, or a device ID is not one of the four accepted ones.
+     * Mend the call. */
     ORV_RCODE_BAD_PARAMETER = 4,
     /* The operation failed: every vendor status without a row of its own, an undetermined wireless technology, no module
      * in the registry. The log names the cause. */

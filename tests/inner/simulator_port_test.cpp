@@ -102,6 +102,45 @@ TEST_F(SimulatorPort, AnswersInTheFormOfTheErrorsThatAreAskedFor)
     EXPECT_EQ(sim.Command("at log"), "AT");
 }
 
+TEST_F(SimulatorPort, KnowsTheSettingsAndOpensTheRestrictedOnesForOneCommand)
+{
+    const struct {
+        const char* command;
+        const char* answer; // after the echo
+    } rows[] = {
+        {"AT+CMEE=2", "\r\nOK\r\n"},
+        {"AT+CLIP?", "\r\n+CLIP: 0,1\r\n\r\nOK\r\n"},
+        {"AT+CLIP=1", "\r\nOK\r\n"},
+        {"AT+CLIP=2", "\r\n+CME ERROR: incorrect parameters\r\n"},
+        {"AT+CLIP?", "\r\n+CLIP: 1,1\r\n\r\nOK\r\n"},
+        {"AT+CLIR=?", "\r\n+CLIR: (0-2)\r\n\r\nOK\r\n"},
+        {"AT+COLR?", "\r\n+COLR: 0\r\n\r\nOK\r\n"},
+        {"AT+COLR=1", "\r\n+CME ERROR: operation not supported\r\n"},
+        {"AT+CHLD=12", "\r\n+CME ERROR: not found\r\n"},
+        {"AT+CHLD=1x", "\r\n+CME ERROR: incorrect parameters\r\n"},
+        {"AT+CHLD=2", "\r\n+CME ERROR: operation not supported\r\n"},
+        {"AT!NVENUM=3", "\r\n+CME ERROR: operation not allowed\r\n"},
+        {"AT!UNLOCK=\"C583\"", "\r\n+CME ERROR: incorrect parameters\r\n"},
+        {"AT!NVENUM=3", "\r\n+CME ERROR: operation not allowed\r\n"},
+        {"AT!UNLOCK=\"C582\"", "\r\nOK\r\n"},
+        {"AT!NVENUM=3", "\r\nOK\r\n"},
+        {"AT!NVENUM?", "\r\n+CME ERROR: operation not allowed\r\n"},
+        {"AT!UNLOCK=\"C582\"", "\r\nOK\r\n"},
+        {"AT!NVENUM?", "\r\n3\r\n\r\nOK\r\n"},
+        {"AT!UNLOCK=\"C582\"", "\r\nOK\r\n"},
+        {"AT", "\r\nOK\r\n"},
+        {"AT!AVCODECSTG=1,2", "\r\n+CME ERROR: operation not allowed\r\n"},
+        {"AT!UNLOCK=\"C582\"", "\r\nOK\r\n"},
+        {"AT!AVCODECSTG=2147483648,2", "\r\n+CME ERROR: incorrect parameters\r\n"},
+        {"AT$RTN=", "\r\n+CME ERROR: incorrect parameters\r\n"},
+        {"AT+MDN", "\r\n2025550123\r\n\r\nOK\r\n"},
+    };
+    for (const auto& row : rows) {
+        const std::string expected = std::string(row.command) + "\r" + row.answer;
+        EXPECT_EQ(line.Ask(std::string(row.command) + "\r", row.answer), expected) << row.command;
+    }
+}
+
 TEST_F(SimulatorPort, SaysWhatItIsToldToSay)
 {
     sim.Command("at echo off");
