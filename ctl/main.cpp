@@ -68,6 +68,14 @@ int Client::Execute(int argc, char** argv)
     throw UsageError("a command is needed");
 }
 
+void Client::RunWithModule(CLI::App* sub, Body body)
+{
+    Run(sub, [this, body = std::move(body)] {
+        Prepare();
+        return body();
+    });
+}
+
 Simulator& Client::RequireSimulator()
 {
     if (!m_model) throw UsageError("this command needs a simulated module: --sim cdma or --sim umts");
