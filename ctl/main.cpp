@@ -96,6 +96,7 @@ int main(int argc, char** argv)
     ctl::Client client;
     ctl::AddCoreCommands(client);
     ctl::AddEventCommands(client);
+    ctl::AddMonitorCommands(client);
     ctl::AddSimulatorCommands(client);
     ctl::AddDemoCommands(client);
     try {
