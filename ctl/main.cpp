@@ -97,6 +97,7 @@ int main(int argc, char** argv)
     ctl::AddCoreCommands(client);
     ctl::AddEventCommands(client);
     ctl::AddMonitorCommands(client);
+    ctl::AddCallCommands(client);
     ctl::AddSimulatorCommands(client);
     ctl::AddDemoCommands(client);
     try {
