@@ -98,6 +98,7 @@ int main(int argc, char** argv)
     ctl::AddEventCommands(client);
     ctl::AddMonitorCommands(client);
     ctl::AddCallCommands(client);
+    ctl::AddUssdCommands(client);
     ctl::AddSimulatorCommands(client);
     ctl::AddDemoCommands(client);
     try {
