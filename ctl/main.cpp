@@ -99,6 +99,7 @@ int main(int argc, char** argv)
     ctl::AddMonitorCommands(client);
     ctl::AddCallCommands(client);
     ctl::AddUssdCommands(client);
+    ctl::AddAudioCommands(client);
     ctl::AddSimulatorCommands(client);
     ctl::AddDemoCommands(client);
     try {
