@@ -47,6 +47,17 @@ void Call::PutText(char* out, ULONG room, const char* text)
     }
 }
 
+void Call::PutWideText(WCHAR* out, ULONG room, const char* text)
+{
+    if (!out) return Fail(kInvalidArgument);
+    if (Scribbles()) {
+        for (ULONG i = 0; i < room; ++i)
+            out[i] = static_cast<WCHAR>(Scribble(i));
+        return;
+    }
+    Widen(out, room, text);
+}
+
 void Call::PutCountedText(WORD* length, BYTE* out, const char* text)
 {
     if (!length || !out) return Fail(kInvalidArgument);

@@ -30,6 +30,22 @@ PointedArgument<T> At(const T* value)
 {
     return {value};
 }
+// A member of a record, or null for a null record.
+template <class T, class M>
+PointedArgument<M> MemberOf(const T* record, M T::*member)
+{
+    return {record ? &(record->*member) : nullptr};
+}
+struct CountedText { // "text", or null
+    const BYTE* octets;
+    ULONG length;
+};
+// As much of it as there is room for in its array.
+template <ULONG kRoom>
+CountedText Bounded(const BYTE (&octets)[kRoom], ULONG length)
+{
+    return {octets, length < kRoom ? length : kRoom};
+}
 template <class T>
 struct ArrayArgument { // [1 2 3], or null
     const T* values;
@@ -75,6 +91,8 @@ public:
     void PutLong(void* out, ULONGLONG value);
     // Writes a text into `room` octets: cut there, and terminated if there is room for that.
     void PutText(char* out, ULONG room, const char* text);
+    // The same in 16-bit characters, of a text in UTF-8.
+    void PutWideText(WCHAR* out, ULONG room, const char* text);
     // Writes a text without a terminator: `*length` is its room, then its length.
     void PutCountedText(WORD* length, BYTE* out, const char* text);
     // Writes as many of `available` values as the room allows. `value(i)` gives one.
@@ -98,6 +116,18 @@ public:
             memcpy(static_cast<BYTE*>(out) + i * sizeof(T), &one, sizeof(T));
         }
     }
+    // Writes one record.
+    template <class T>
+    void PutRecord(T* out, const T& record)
+    {
+        PutRecords<T>(out, 1, 1, [&](ULONG) { return record; });
+    }
+    // A count or length within a record: `count`, or what the hostile rule says.
+    template <class T>
+    T Told(T count) const
+    {
+        return m_hostile.kind == Hostility::Count ? static_cast<T>(m_hostile.count) : count;
+    }
     // Writes how many values PutArray wrote, after it: the count is also the room. Null is taken as room 0.
     template <class T>
     void PutCount(T* count, ULONG available)
@@ -109,6 +139,13 @@ public:
             *count = static_cast<T>(m_hostile.count);
         else if (available < *count)
             *count = static_cast<T>(available);
+    }
+    // Writes how many values there are, even where PutArray had room for fewer.
+    template <class T>
+    void PutTotal(T* count, ULONG available)
+    {
+        if (m_hostile.kind == Hostility::Count) available = m_hostile.count;
+        Put(count, static_cast<T>(available));
     }
     template <class T>
     static ULONG Room(const T* count)
@@ -123,6 +160,13 @@ private:
     static void WriteArgument(Writer& writer, const char* text) { writer.Quoted(text, 200); }
     static void WriteArgument(Writer& writer, char* text) { writer.Quoted(text, 200); }
     static void WriteArgument(Writer& writer, ULONG value) { writer.Unsigned(value); }
+    static void WriteArgument(Writer& writer, CountedText text)
+    {
+        if (text.octets)
+            writer.QuotedOctets(text.octets, text.length, 200);
+        else
+            writer.Add("null");
+    }
     static void WriteArgument(Writer& writer, CallbackArgument callback) { writer.Add(callback.set ? "set" : "null"); }
     template <class T>
     static void WriteArgument(Writer& writer, PointedArgument<T> argument)

@@ -9,6 +9,8 @@
 #include "sim/events.h"
 #include "sim/fields.h"
 #include "sim/journal.h"
+#include "sim/progress.h"
+#include "sim/provisioning.h"
 #include "sim/reset.h"
 
 namespace sim {
@@ -46,6 +48,26 @@ void ResetModule(bool umts, ULONG product)
     ResetNetwork(umts);
     ResetSession();
     ResetFirmware();
+    ResetCalls(umts);
+    ResetSupplementary();
+    ResetUssd();
+    ResetPhonebook(umts);
+    ResetCellLocation();
+    ResetSms(umts);
+    ResetUim(umts);
+    ResetPosition();
+    ResetImages();
+    ResetAudio();
+    ResetM2mAudio();
+    ResetDataStatus(umts);
+    ResetProfiles();
+    ResetMobileIP(umts);
+    ResetNetworkScan(umts);
+    ResetCdma(umts);
+    ResetSubscriber(umts);
+    ResetManagement();
+    ResetExtendedManagement();
+    ResetProgress();
     for (auto& callback : TheModule().callbacks)
         callback = nullptr;
     ClearFaults();
@@ -60,12 +82,17 @@ void ModuleLeaves()
     if (!TheModule().connection.present) return;
     TheModule().connection.present = 0;
     EndSession();
+    AbandonVoice();
+    AbandonProgress();
 }
 
 void ModuleReturns()
 {
     TheModule().connection.present = 1;
     TheModule().power.mode = 0;
+    UnlockSpc();
+    RestartUim();
+    RestartPosition();
     RestartAtModem();
 }
 
@@ -95,6 +122,8 @@ extern "C" ULONG QCWWANDisconnect()
     Call call(EntryPoint::QCWWANDisconnect);
     if (const ULONG fault = call.Fault()) return fault;
     EndSession();
+    AbandonVoice();
+    AbandonProgress();
     DropModuleEvents();
     TheModule().connection.connected = false;
     return kSuccess;

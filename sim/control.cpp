@@ -4,6 +4,7 @@
 #include "sim/at_faults.h"
 #include "sim/at_modem.h"
 #include "sim/at_terminal.h"
+#include "sim/calls.h"
 #include "sim/clock.h"
 #include "sim/command.h"
 #include "sim/events.h"
@@ -12,6 +13,9 @@
 #include "sim/journal.h"
 #include "sim/module.h"
 #include "sim/on_call.h"
+#include "sim/phonebook.h"
+#include "sim/progress.h"
+#include "sim/sms_verb.h"
 
 namespace sim {
 
@@ -59,6 +63,7 @@ static void ResetVerb(Command& command)
 
 static void ModuleVerb(Command& command)
 {
+    if (command.Take("proceeds")) return ProceedsVerb(command);
     const bool leaves = command.Take("leaves");
     if (!leaves && !command.Take("returns")) {
         const char* word = command.Word("leaves or returns");
@@ -120,7 +125,7 @@ constexpr Verb kVerbs[] = {
     // clang-format off
     {"model",      "cdma|umts[:PID]",                  true,  ModelVerb},
     {"reset",      "",                                 true,  ResetVerb},
-    {"module",     "leaves|returns",                   true,  ModuleVerb},
+    {"module",     "leaves|returns|proceeds ...",      true,  ModuleVerb},
     {"set",        "FIELD VALUE...",                   true,  SetField},
     {"get",        "FIELD",                            true,  GetField},
     {"fields",     "",                                 true,  ListFields},
@@ -138,7 +143,10 @@ constexpr Verb kVerbs[] = {
     {"on",         "ENTRY COMMAND...",                 true,  OnVerb},
     {"clear",      "ENTRY|all",                        true,  ClearVerb},
     {"journal",    "[clear]",                          true,  JournalVerb},
+    {"call",       "incoming|proceeds|ends|list ARGUMENT...", true, CallVerb},
+    {"phonebook",  "write|delete|list TYPE ARGUMENT...", true, PhonebookVerb},
     {"at",         "VERB ARGUMENT...",                 true,  AtVerb},
+    {"sms",        "add|arrives|tag|list ARGUMENT...", true,  SmsVerb},
     {"serial",     "name|hangup|restore",              false, SerialVerb},
     {"help",       "",                                 true,  HelpVerb},
     // clang-format on

@@ -1,31 +1,10 @@
 #include "sim/events.h"
 
+#include "sim/delivery.h"
 #include "sim/host.h"
 #include "sim/module.h"
 
 namespace sim {
-
-constexpr ULONG kMaxOctets = 1280;
-
-// One event on its way to the client.
-struct Delivery {
-    void (*callback)();
-    void (*call)(Delivery& delivery);
-    ULONGLONG numbers[10];
-    ULONG octet_count;
-    bool has_octets; // false: the client gets null pointers
-    BYTE octets[kMaxOctets];
-
-    ULONG Long(ULONG index) const { return static_cast<ULONG>(numbers[index]); }
-    WORD Word(ULONG index) const { return static_cast<WORD>(numbers[index]); }
-    BYTE Byte(ULONG index) const { return static_cast<BYTE>(numbers[index]); }
-    BYTE* Octets(ULONG column = 0) { return has_octets ? octets + size_t{column} * octet_count : nullptr; }
-    template <class Callback>
-    Callback As() const
-    {
-        return reinterpret_cast<Callback>(callback);
-    }
-};
 
 // An event's arguments, a letter each: d 32 bits, w 16, b 8, s 8 with a sign, q 64, x hexadecimal octets or null,
 // l any number of octets, or null, m one octet, or null,
@@ -36,6 +15,7 @@ struct EventRow {
     const char* usage;
     EntryPoint source; // where the callback is registered
     void (*call)(Delivery& d);
+    void (*take)(Command& command, Delivery& d) = nullptr; // in place of the letters
 };
 
 template <class Callback>
@@ -100,6 +80,13 @@ constexpr EventRow kEvents[] = {
     {"omadm-state",     "dd",        "STATE REASON",                  EntryPoint::SetOMADMStateCallback,           CallLongs<GobiOMADMStateCallback>},
     {"omadm-alert",     "dw",        "TYPE ID",                       EntryPoint::SetOMADMAlertCallback,           CallAlert},
     {"phonebook-ready", "",          "",                              EntryPoint::SetAllPhonebookInitDoneCallback, CallPhonebookReady},
+    {"call",            "",          "ID:STATE:TYPE[:NUMBER[:DETAIL]]... | null", EntryPoint::SetCallInfoCallback, CallCalls,         TakeCalls},
+    {"inforec",         "",          "ID NUMBER|null [SIGNALTYPE PITCH SIGNAL]", EntryPoint::SetInfoRecCallback, CallInformation,    TakeInformation},
+    {"ussd",            "",          "TYPE CODING TEXT | TYPE CODING hex OCTETS | null", EntryPoint::SetUSSDNotificationCallback, CallUssd, TakeUssd},
+    {"phonebook",       "",          "TYPE ID:NUMBERTYPE:NUMBER:NAME... | TYPE stored FIRST LAST | TYPE null COUNT", EntryPoint::SetPhonebookRecordReadCallback, CallPhonebook, TakePhonebook},
+    {"emergency",       "",          "[A:B:C:D:E:]NUMBER... | null COUNT", EntryPoint::SetEmergencyListCallback, CallEmergencyList,   TakeEmergencyList},
+    {"oma-fumo",        "",          "EVENT [HEXDATA] | null",        EntryPoint::SetORVOMAEXEventCallback,        CallFirmwareUpdate, TakeFirmwareUpdate},
+    {"oma-event",       "",          "EVENT STATUS [HEXDATA] | null", EntryPoint::SetORVOMAEXEventCallback,        CallManagement,     TakeManagement},
     // clang-format on
 };
 
@@ -175,6 +162,7 @@ static void TakeOptionalOctet(Command& command, Delivery& delivery)
 
 static void TakeArguments(Command& command, const EventRow& row, Delivery& delivery)
 {
+    if (row.take) return row.take(command, delivery);
     ULONG count = 0;
     for (const char* letter = row.arguments; *letter; ++letter) {
         switch (*letter) {

@@ -4,8 +4,12 @@
 
 namespace sim {
 
-constexpr const FieldTable* kTables[] = {&kConnectionFields, &kIdentityFields, &kPowerFields,
-                                         &kNetworkFields,    &kSessionFields,  &kFirmwareFields};
+constexpr const FieldTable* kTables[] = {
+    &kConnectionFields,  &kIdentityFields,      &kPowerFields,      &kNetworkFields,    &kSessionFields,
+    &kFirmwareFields,    &kSmsFields,           &kUimFields,        &kPositionFields,   &kImagesFields,
+    &kAudioFields,       &kM2mAudioFields,      &kDataFields,       &kProfileFields,    &kMobileIPFields,
+    &kNetworkScanFields, &kCdmaFields,          &kSubscriberFields, &kManagementFields, &kExtendedManagementFields,
+    &kCallsFields,       &kSupplementaryFields, &kUssdFields,       &kPhonebookFields,  &kCellFields};
 
 static const Field* FindField(Command& command)
 {
@@ -67,7 +71,7 @@ static const char* SetRow(Command& command, const Field& field, const char* word
 
 static void SetList(Command& command, const Field& field)
 {
-    constexpr ULONG kMaxValues = 64;
+    constexpr ULONG kMaxValues = 256;
     int32_t values[kMaxValues];
     ULONG rows = 0;
     if (command.Take("none")) command.End();

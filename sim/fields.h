@@ -52,7 +52,9 @@ struct FieldTable {
 
 // One a service.
 extern const FieldTable kConnectionFields, kIdentityFields, kPowerFields, kNetworkFields, kSessionFields,
-    kFirmwareFields;
+    kFirmwareFields, kSmsFields, kUimFields, kPositionFields, kImagesFields, kAudioFields, kM2mAudioFields, kDataFields,
+    kProfileFields, kMobileIPFields, kNetworkScanFields, kCdmaFields, kSubscriberFields, kManagementFields,
+    kExtendedManagementFields, kCallsFields, kSupplementaryFields, kUssdFields, kPhonebookFields, kCellFields;
 
 // The verbs. Lock held.
 void SetField(Command& command);

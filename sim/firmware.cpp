@@ -3,6 +3,7 @@
 
 #include "sim/call.h"
 #include "sim/fields.h"
+#include "sim/images.h"
 #include "sim/reset.h"
 
 namespace sim {
@@ -67,5 +68,6 @@ extern "C" ULONG UpgradeFirmware2kW(WCHAR* path)
     if (const ULONG refused = call.Refused()) return refused;
     if (!path) return kInvalidArgument;
     TheModule().firmware.path = narrow;
+    UpgradeTo(narrow);
     return call.Done();
 }

@@ -3,8 +3,25 @@
 #pragma once
 
 #include "platform/win32.h"
+#include "sim/audio_state.h"
+#include "sim/calls_state.h"
+#include "sim/cdma_state.h"
+#include "sim/cell_location_state.h"
+#include "sim/data_state.h"
 #include "sim/entry_points.h"
-#include "sim/text.h"
+#include "sim/images_state.h"
+#include "sim/m2m_audio_state.h"
+#include "sim/management_state.h"
+#include "sim/mobile_ip_state.h"
+#include "sim/network_scan_state.h"
+#include "sim/phonebook_state.h"
+#include "sim/position_state.h"
+#include "sim/profiles_state.h"
+#include "sim/sms_state.h"
+#include "sim/supplementary_state.h"
+#include "sim/uim_state.h"
+#include "sim/ussd_state.h"
+#include "sim/values.h"
 
 namespace sim {
 
@@ -14,22 +31,22 @@ enum Status : ULONG {
     kGeneralFailure = 1,
     kInvalidArgument = 4, // a null pointer, or a value that the entry point does not take
     kNoDevice = 6,        // no module is plugged in
-    kNoSession = 15,      // there is no data session
+    kNotFound = 9,        // nothing is kept there
+    kNoRoom = 10,         // what is to be kept does not fit
+    kNoCard = 11,         // there is no card, or its PIN is to be verified first
+    kNoNetwork = 12,      // the module is not registered
+    kRefusedByNetwork = 13,
+    kNoSession = 15, // there is no session
+    kWrongCode = 20, // of the service programming code
+    kCodeLocked = 21,
+    kNotBegun = 22,    // the service has not been begun
+    kSwitchedOff = 23, // the feature is
     kNotSupported = 1025,
-    kNoEffect = 1026 // what was asked for is already so
-};
-
-// Values of `kRows` rows and `kColumns` columns, of which `count` rows are in use.
-template <ULONG kRows, ULONG kColumns>
-struct List {
-    ULONG count;
-    int32_t values[kRows][kColumns];
-};
-
-template <ULONG kRoom>
-struct Octets {
-    ULONG count;
-    BYTE octets[kRoom];
+    kNoEffect = 1026, // what was asked for is already so
+    // Those of the card service, which clients know.
+    kWrongPin = 1012,
+    kPinBlocked = 1035,
+    kNotAllowed = 1082 // in the state in which that PIN is
 };
 
 struct ConnectionState {
@@ -95,6 +112,27 @@ struct ModuleState {
     NetworkState network;
     SessionState session;
     FirmwareState firmware;
+    CallsState calls;
+    SupplementaryState supplementary;
+    UssdState ussd;
+    PhonebookState phonebook;
+    CellState cell;
+    WaitingState waiting;
+    SmsState sms;
+    UimState uim;
+    PositionState position;
+    ImagesState images;
+    AudioState audio;
+    M2mAudioState m2m_audio;
+    DataState data;
+    ProfilesState profiles;
+    MobileIPState mobile_ip;
+    NetworkScanState scan;
+    CdmaState cdma;
+    ActivationState activation;
+    SubscriberState subscriber;
+    ManagementState management;
+    ExtendedManagementState extended;
     void (*callbacks[kEntryPoints])(); // by registration entry point
 };
 

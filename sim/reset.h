@@ -12,7 +12,36 @@ void ResetPower();
 void ResetNetwork(bool umts);
 void ResetSession();
 void ResetFirmware();
+void ResetCalls(bool umts);
+void ResetSupplementary();
+void ResetUssd();
+void ResetPhonebook(bool umts);
+void ResetCellLocation();
+void ResetSms(bool umts);
+void ResetUim(bool umts);
+void ResetPosition();
+void ResetImages();
+void ResetAudio();
+void ResetM2mAudio();
+// The module has come back: PINs are to be verified again, and fixes to be started.
+void RestartUim();
+void RestartPosition();
+void ResetDataStatus(bool umts);
+void ResetProfiles();
+void ResetMobileIP(bool umts);
+void ResetNetworkScan(bool umts);
+void ResetCdma(bool umts);
+void ResetSubscriber(bool umts);
+void ResetManagement();
+void ResetExtendedManagement();
 
+// A data session begins.
+void BeginDataStatus();
+// The event that tells how the Mobile IP registration went; none while Mobile IP is off.
+void ReportMobileIP(ULONG delay_ms);
+
+// The calls and the USSD dialogue end without a word to the client.
+void AbandonVoice();
 // Ends the data session, if there is one, without a word to the client.
 void EndSession();
 // The next byte-totals event: when it is due (0: none), and the session's step past it.

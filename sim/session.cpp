@@ -122,6 +122,8 @@ extern "C" ULONG StartDataSession2(char* apn, char* user, char* password, ULONG*
     session.state = kConnected;
     session.sent = 0;
     session.received = 0;
+    BeginDataStatus();
+    ReportMobileIP(session.connect_ms);
     ScheduleModuleEvent(session.connect_ms, "emit session 2 0");
     PlanReport();
     return kSuccess;

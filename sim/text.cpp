@@ -97,6 +97,15 @@ Writer& Writer::Quoted(const char* text, ULONG limit)
     return Character('"');
 }
 
+Writer& Writer::QuotedOctets(const BYTE* octets, ULONG count, ULONG limit)
+{
+    Character('"');
+    for (ULONG i = 0; i < count && i < limit; ++i)
+        Escaped(static_cast<char>(octets[i]));
+    if (count > limit) Add("...");
+    return Character('"');
+}
+
 Writer& Writer::HexOctets(const BYTE* octets, ULONG count)
 {
     for (ULONG i = 0; i < count; ++i)
@@ -176,6 +185,38 @@ void Narrow(char* out, ULONG room, const WCHAR* wide)
             out[used++] = static_cast<char>(0x80 | ((character >> (6 * i)) & 0x3F));
     }
     if (room > 0) out[used] = 0;
+}
+
+// The character at `*text`, which is moved past it.
+static ULONG NextUtf8Character(const char** text)
+{
+    const BYTE lead = static_cast<BYTE>(*(*text)++);
+    const unsigned more = lead < 0x80 ? 0 : lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
+    if (more > 0 && (lead < 0xC2 || lead > 0xF4)) return 0xFFFD;
+    constexpr BYTE kLeadBits[4] = {0x7F, 0x1F, 0x0F, 0x07};
+    ULONG character = lead & kLeadBits[more];
+    for (unsigned i = 0; i < more; ++i) {
+        const BYTE octet = static_cast<BYTE>(**text);
+        if ((octet & 0xC0) != 0x80) return 0xFFFD;
+        character = (character << 6) | (octet & 0x3F);
+        ++*text;
+    }
+    constexpr ULONG kLeast[4] = {0, 0x80, 0x800, 0x10000};
+    const bool half_a_pair = character >= 0xD800 && character <= 0xDFFF;
+    return character < kLeast[more] || half_a_pair || character > 0x10FFFF ? 0xFFFD : character;
+}
+
+void Widen(WCHAR* out, ULONG room, const char* text)
+{
+    ULONG used = 0;
+    while (*text) {
+        const ULONG character = NextUtf8Character(&text);
+        const bool pair = character >= 0x10000;
+        if (used + (pair ? 2 : 1) > room) return;
+        if (pair) out[used++] = static_cast<WCHAR>(0xD800 + ((character - 0x10000) >> 10));
+        out[used++] = static_cast<WCHAR>(pair ? 0xDC00 + ((character - 0x10000) & 0x3FF) : character);
+    }
+    if (used < room) out[used] = 0;
 }
 
 } // namespace sim

@@ -33,6 +33,8 @@ public:
     // "text" with \r \n \t \" \\ and \xNN for what cannot be printed, cut after `limit` octets of it; null for a null
     // one.
     Writer& Quoted(const char* text, ULONG limit = 512);
+    // The same of counted octets, which may hold zeros.
+    Writer& QuotedOctets(const BYTE* octets, ULONG count, ULONG limit);
     Writer& HexOctets(const BYTE* octets, ULONG count);
     void Clear();
 
@@ -63,5 +65,8 @@ bool Copy(Text<kRoom>& out, const char* text)
 }
 // UTF-8 of a terminated 16-bit text, cut at a whole character.
 void Narrow(char* out, ULONG room, const WCHAR* wide);
+// 16-bit characters of a UTF-8 text: cut where the room ends, and terminated if there is room for that. An octet that
+// begins no character reads as U+FFFD.
+void Widen(WCHAR* out, ULONG room, const char* text);
 
 } // namespace sim

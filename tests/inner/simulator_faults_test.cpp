@@ -42,11 +42,11 @@ TEST_F(SimulatorFaults, FailsFromTheNthCallOn)
     }
     sim.Command("fail SetPower 7");
     sim.Command("fail AbortsUSSD 9");
-    EXPECT_EQ(SIM_ENTRY(AbortsUSSD)(), 9u) << "also one that has no state";
+    EXPECT_EQ(SIM_ENTRY(AbortsUSSD)(), 9u) << "also one that takes nothing";
     sim.Command("clear SetPower");
     EXPECT_EQ(SIM_ENTRY(SetPower)(0), 0u);
     sim.Command("clear all");
-    EXPECT_EQ(SIM_ENTRY(AbortsUSSD)(), 1025u);
+    EXPECT_EQ(SIM_ENTRY(AbortsUSSD)(), 1026u);
     sim.Command("fail SetPowerCallback 3");
     EXPECT_EQ(SimRegistration<GobiSetPower>("SetPowerCallback")([](ULONG) {}), 3u);
     EXPECT_EQ(sim.Command("registered"), "") << "a failed registration keeps nothing";

@@ -57,52 +57,24 @@ TEST_F(Simulator, HasEveryEntryPointThatIsLookedUp)
     EXPECT_EQ(dlsym(SimLibrary(), "OrvM2MAV_AudioGetSTG"), nullptr) << "is looked up by nobody";
 }
 
-TEST_F(Simulator, EveryEntryPointTakesNullsAndThoseWithoutStateAreNotSupported)
+TEST_F(Simulator, EveryEntryPointTakesNullsAndIsSupportedByOneKindOfModule)
 {
-    const std::set<std::string> with_state = {"QCWWANConnect",
-                                              "QCWWANDisconnect",
-                                              "QCWWANGetConnectedDeviceID",
-                                              "GetRTREConfig",
-                                              "GetImagesPreference",
-                                              "SetImagesPreference",
-                                              "GetFirmwareRevision",
-                                              "GetFirmwareInfo",
-                                              "OrvGetCwePkgsInfo",
-                                              "StartDataSession2",
-                                              "StopDataSession",
-                                              "GetByteTotals",
-                                              "GetRFInfo",
-                                              "GetNetworkPreference",
-                                              "SetNetworkPreference",
-                                              "GetFirmwareRevisions",
-                                              "GetPower",
-                                              "GetSessionState",
-                                              "GetSignalStrengths",
-                                              "GetServingNetworkCapabilities",
-                                              "GetServingNetwork",
-                                              "GetManufacturer",
-                                              "GetModelID",
-                                              "GetHardwareRevision",
-                                              "UpgradeFirmware2kW",
-                                              "SetPower",
-                                              "GetIPConfiguration"};
-    size_t supported = 0;
-    for (const EntryRow& row : kEntryRows) {
-        SCOPED_TRACE(row.name);
-        const bool registers = strstr(row.name, "Callback") != nullptr;
-        ASSERT_NE(dlsym(SimLibrary(), row.name), nullptr);
-        sim.ClearJournal();
-        const ULONG status = row.call();
-        supported += with_state.count(row.name);
-        if (registers)
-            EXPECT_EQ(status, 0u);
-        else
-            EXPECT_EQ(status == 1025, with_state.count(row.name) == 0) << status;
-        const Lines journal = sim.Journal();
-        ASSERT_EQ(journal.size(), 1u);
-        EXPECT_EQ(journal[0].substr(0, journal[0].find('(')), row.name);
+    std::set<std::string> supported;
+    for (const char* model : {"cdma", "umts"}) {
+        sim.Command(std::string("model ") + model);
+        for (const EntryRow& row : kEntryRows) {
+            SCOPED_TRACE(std::string(model) + " " + row.name);
+            ASSERT_NE(dlsym(SimLibrary(), row.name), nullptr);
+            sim.ClearJournal();
+            const ULONG status = row.call();
+            if (status != 1025) supported.insert(row.name);
+            EXPECT_TRUE(!strstr(row.name, "Callback") || status == 0) << status;
+            const Lines journal = sim.Journal();
+            ASSERT_EQ(journal.size(), 1u);
+            EXPECT_EQ(journal[0].substr(0, journal[0].find('(')), row.name);
+        }
     }
-    EXPECT_EQ(supported, with_state.size());
+    EXPECT_EQ(supported.size(), std::size(kEntryRows));
 }
 
 TEST_F(Simulator, JournalsCallsWithTheirInputs)
@@ -140,7 +112,7 @@ TEST_F(Simulator, SaysHowManyLinesTheJournalDropped)
     const Lines journal = sim.Journal();
     ASSERT_GT(journal.size(), 2000u);
     EXPECT_EQ(journal[0], "# " + std::to_string(kCalls + 2 - journal.size()) + " earlier lines dropped");
-    EXPECT_EQ(journal[1], "SetAutoConnect()") << "a whole line";
+    EXPECT_EQ(journal[1], "SetAutoConnect(0)") << "a whole line";
     EXPECT_EQ(journal.back(), "SetPower(0)");
 }
 
@@ -304,7 +276,7 @@ TEST_F(Simulator, RunsTheScenariosOfTheExamples)
         EXPECT_EQ(sim.Command("get module.present"), "1");
         ++scenarios;
     }
-    EXPECT_EQ(scenarios, 2u);
+    EXPECT_GE(scenarios, 2u);
 }
 
 // --- environment
