@@ -279,6 +279,7 @@ Json Read(const Field& field)
     const ULONG status = field.getter(Vendor(), values);
     if (status == kNotSupported || status == kEntryPointMissing) return nullptr;
     CheckVendor(field.getter_name, status);
+    if (field.count == 1 && field.highest[0] == kSwitch) return values[0] != 0;
     if (field.count == 1) return values[0];
     return {{"enabled", values[0] != 0}, {"stage", values[1]}, {"coefficient", values[2]}, {"gain", values[3]}};
 }
