@@ -22,3 +22,12 @@ inline ORV_RCODE RequireInitializedTraced()
 
 // 17 before start-up: cached values, the notification switches.
 inline ORV_RCODE RequireAvailable() { return Gobi().IsInitialized() ? ORV_RCODE_OK : ORV_RCODE_NOT_AVAILABLE; }
+
+// The guards of the functions over the AT port. Each refusal has its log line.
+
+// 10 before start-up.
+ORV_RCODE RequireInitializedLogged();
+// 10 before start-up, then 1 on a module that is not GSM/UMTS, then 354 while the port is closed.
+ORV_RCODE RequireUmtsAtPort();
+// 354 while the port is closed.
+ORV_RCODE RequireOpenAtPort();

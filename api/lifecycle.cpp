@@ -4,6 +4,7 @@
 
 #include "api/OrvError.h"
 #include "api/admission.h"
+#include "api/registry_text.h"
 #include "api/scan.h"
 #include "at/OrvAtPort.h"
 #include "notify/OrvNotify.h"
@@ -21,20 +22,6 @@ constexpr ULONG kSuspendState = 2; // D2
 constexpr ULONG kResumeState = 0;  // D0
 constexpr ULONG kInterfaceKind = 3;
 constexpr ULONG kDeviceNameSize = 20;
-
-// A text value of the registry, always terminated.
-struct RegistryText {
-    static constexpr DWORD kLength = 259;
-    WCHAR text[kLength + 1] = {};
-
-    bool Read(HKEY root, const WCHAR* subkey, const WCHAR* value)
-    {
-        DWORD size = kLength;
-        const bool found = GetRegValue(root, subkey, value, text, &size) == 0;
-        text[kLength] = 0;
-        return found;
-    }
-};
 
 bool IsAcceptedDevice(ULONG device_id)
 {
@@ -106,7 +93,7 @@ void AskForNumericErrors()
 void PrepareUmtsModule()
 {
     RegistryText port_name;
-    if (!port_name.Read(HKEY_LOCAL_MACHINE, TXT("Software\\Microsoft\\RIL"), TXT("ComPort"))) {
+    if (!port_name.ReadPortName()) {
         TRACE_ERROR(TXT("Cannot open Registry for AT port"));
         return;
     }

@@ -2,6 +2,7 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/goals.h"
+#include "bench/module.h"
 #include "talvek/gobi_dll.h"
 
 namespace {
@@ -35,6 +36,7 @@ constexpr Goal kGoals[] = {
 
 int main(int argc, char** argv)
 {
+    RefuseLog();
     UseBenchModule();
     if (!s_gobi.Initialize()) return 2;
     return RunWithGoals(argc, argv, kGoals, 1);

@@ -1,9 +1,8 @@
 // What a guarded getter costs on top of its vendor call, the log being off.
 #include <benchmark/benchmark.h>
-#include <stdio.h>
 
 #include "bench/goals.h"
-#include "talvek/talvek.h"
+#include "bench/module.h"
 
 namespace {
 
@@ -34,14 +33,8 @@ constexpr Goal kGoals[] = {
 
 int main(int argc, char** argv)
 {
+    RefuseLog();
     UseBenchModule();
-    static OrvAirServerList modules;
-    ORV_RCODE result = OrvApiStartup();
-    if (result == ORV_RCODE_OK) result = OrvGetAvailAirServers(&modules);
-    if (result == ORV_RCODE_OK) result = OrvSelectAirServer(&modules.airServers[0]);
-    if (result != ORV_RCODE_OK) {
-        fprintf(stderr, "no module: %s\n", OrvRcodeName(result));
-        return 2;
-    }
+    if (!StartModule(0)) return 2;
     return RunWithGoals(argc, argv, kGoals, 1);
 }

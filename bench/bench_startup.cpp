@@ -5,6 +5,7 @@
 #include <time.h>
 
 #include "bench/goals.h"
+#include "bench/module.h"
 #include "talvek/gobi_dll.h"
 
 namespace {
@@ -119,6 +120,7 @@ constexpr Goal kGoals[] = {
 
 int main(int argc, char** argv)
 {
+    RefuseLog();
     UseBenchModule();
     return RunWithGoals(argc, argv, kGoals, 2);
 }

@@ -15,3 +15,10 @@ GETTER(OrvGetServingNetworkGobi)
 GETTER(OrvGetAudioMode)
 GETTER(OrvGetImagePreference)
 GETTER(OrvGetIPConfigurationGobi)
+
+// at.h
+GETTER(OrvATGetCLIP)
+GETTER(OrvATGetCLIR)
+GETTER(OrvATGetCOLP)
+GETTER(OrvATGetCOLR)
+READS_REGISTRY(OrvATGetProvisionStatus)

@@ -1,10 +1,8 @@
 #include "bench/goals.h"
 
 #include <benchmark/benchmark.h>
-#include <dlfcn.h>
 #include <map>
 #include <stdio.h>
-#include <stdlib.h>
 #include <string>
 #include <vector>
 
@@ -40,10 +38,16 @@ private:
 
 bool Judge(const Goal& goal, const Collector& results)
 {
-    const double measured = results.Median(goal.measured), baseline = results.Median(goal.baseline);
-    if (measured < 0 || baseline <= 0) {
+    const double measured = results.Median(goal.measured);
+    const double baseline = goal.kind == Goal::Ns ? 0 : results.Median(goal.baseline);
+    if (measured < 0 || (baseline <= 0 && goal.kind != Goal::Ns)) {
         printf("%-46s not measured\n", goal.what);
         return false;
+    }
+    if (goal.kind == Goal::Ns) {
+        const bool met = measured <= goal.limit;
+        printf("%-46s %10.2f ns; goal %g ns: %s\n", goal.what, measured, goal.limit, met ? "met" : "MISSED");
+        return met;
     }
     const double difference = measured - baseline, ratio = measured / baseline;
     const bool met = (goal.kind == Goal::Ratio ? ratio : difference) <= goal.limit;
@@ -72,26 +76,4 @@ int RunWithGoals(int argc, char** argv, const Goal* goals, size_t count)
     for (size_t i = 0; i < count; ++i)
         all_met &= Judge(goals[i], results);
     return all_met ? 0 : 1;
-}
-
-void UseBenchModule()
-{
-    if (const char* log = getenv("TALVEK_LOG"); log && *log) {
-        fprintf(stderr, "TALVEK_LOG is set: the log would be measured\n");
-        exit(2);
-    }
-    setenv("TALVEK_LIBRARY_PATH", BENCH_VENDOR_DIRECTORY, 1);
-    setenv("TALVEK_REGISTRY", BENCH_REGISTRY, 1);
-}
-
-void* VendorFunction(const char* name)
-{
-    void* library = dlopen(BENCH_VENDOR_DIRECTORY "/libGobiApi.so", RTLD_NOW | RTLD_NOLOAD);
-    void* function = library ? dlsym(library, name) : nullptr;
-    if (!function) {
-        fprintf(stderr, "%s: %s\n", name, library ? "not in the vendor library" : "the vendor library is not loaded");
-        exit(2);
-    }
-    dlclose(library);
-    return function;
 }

@@ -69,6 +69,7 @@ private:
 std::string CheckModel(const std::string& text);
 
 void AddCoreCommands(Client& client);      // info, power, connect, disconnect, network, codes
+void AddAtCommands(Client& client);        // at
 void AddEventCommands(Client& client);     // events
 void AddMonitorCommands(Client& client);   // monitor
 void AddCallCommands(Client& client);      // call dial, list, answer, end, hold, swap

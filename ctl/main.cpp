@@ -90,11 +90,14 @@ void Client::Prepare()
 
 } // namespace ctl
 
-int main(int argc, char** argv)
+namespace {
+
+int Run(int argc, char** argv)
 {
     ctl::StartSignalThread();
     ctl::Client client;
     ctl::AddCoreCommands(client);
+    ctl::AddAtCommands(client);
     ctl::AddEventCommands(client);
     ctl::AddMonitorCommands(client);
     ctl::AddCallCommands(client);
@@ -112,6 +115,17 @@ int main(int argc, char** argv)
         return error.Status();
     } catch (const std::exception& error) {
         ctl::PrintError(error, client.Json());
+        return ctl::kExitFailure;
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return Run(argc, argv);
+    } catch (...) { // the failure itself could not be reported
         return ctl::kExitFailure;
     }
 }

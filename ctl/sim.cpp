@@ -103,6 +103,7 @@ private:
 int RunProgram(const std::vector<std::string>& program)
 {
     std::vector<char*> arguments;
+    arguments.reserve(program.size() + 1);
     for (const std::string& argument : program)
         arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);

@@ -117,7 +117,7 @@ std::string Simulator::Run(int (*entry)(const char*, char*, ULONG), const char* 
 {
     std::vector<char> reply(kReplySize);
     const int status = entry(text, reply.data(), static_cast<ULONG>(reply.size()));
-    const std::string answer(reply.data(), strnlen(reply.data(), reply.size()));
+    std::string answer(reply.data(), strnlen(reply.data(), reply.size()));
     if (status != 0) throw ClientError(what + ": " + answer);
     return answer;
 }

@@ -1,8 +1,10 @@
-// Walks a hostile reply with the parse primitives. The first octet seeds the order of the steps, the rest is the reply.
+// Walks a hostile reply with the parse primitives, and with the reader that stands on them. The first octet seeds the
+// order of the steps, the rest is the reply.
 #include <stdlib.h>
 #include <string.h>
 
 #include "at/parse.h"
+#include "at/reply.h"
 #include "at/util.h"
 
 namespace {
@@ -41,6 +43,39 @@ const char* Step(unsigned choice, const char* text)
     }
 }
 
+// The reader as the getters use it: it never leaves the reply, never goes back, and stays where it failed.
+void CheckReader(unsigned choice, const char* text, const char* end)
+{
+    static constexpr const char* kExpected[] = {"+CLIP: ", ",", "\r\n", ""};
+    Reply reply(TXT(".\\at_reply_fuzz.cpp"), text, "AT+CLIP?\r");
+    for (unsigned steps = 0; steps < 16; ++steps) {
+        choice = choice * 1103515245u + 12345u;
+        const char* const before = reply.Rest();
+        const bool failed = !reply.Finish();
+        ULONG value = 0;
+        switch (choice >> 16 & 7) {
+        case 0:
+            reply.SkipEcho();
+            break;
+        case 1:
+            reply.OptionalLineBreak();
+            break;
+        case 2:
+            reply.LineBreak("line break");
+            break;
+        case 3:
+        case 4:
+            value = reply.Number("number");
+            break;
+        default:
+            reply.Expect(kExpected[choice >> 19 & 3], "text");
+        }
+        Require(reply.Rest() >= before && reply.Rest() <= end);
+        if (!reply.Finish()) Require(reply.Rest() == before && value == 0);
+        if (failed) Require(!reply.Finish());
+    }
+}
+
 void CheckHexCommand(const BYTE* data, size_t size, const char* text)
 {
     char* command = nullptr;
@@ -73,6 +108,7 @@ extern "C" int LLVMFuzzerTestOneInput(const BYTE* data, size_t size)
             ++position;
         }
     }
+    CheckReader(data[0], reply, end);
     CheckHexCommand(data, size, reply);
     free(reply);
     return 0;

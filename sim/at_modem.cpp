@@ -2,6 +2,10 @@
 
 #include <string.h>
 
+#include <initializer_list>
+#include <iterator>
+
+#include "sim/at_commands.h"
 #include "sim/at_faults.h"
 #include "sim/module.h"
 
@@ -59,66 +63,64 @@ struct Settings {
 };
 static Settings g_settings;
 
-// What a command answers, after its line break: the information lines in `reply`, then this.
-enum class Result : BYTE { Ok, Error, NotSupported };
-
 static void InformationLine(Writer& reply, const char* text) { reply.Add("\r\n").Add(text).Add("\r\n"); }
 
-static Result Attention(const char*, Writer&) { return Result::Ok; }
+static AtResult Attention(const char*, Writer&) { return AtResult::Ok; }
 
-static Result EchoSetting(const char* argument, Writer&)
+static AtResult EchoSetting(const char* argument, Writer&)
 {
-    if (!Equal(argument, "0") && !Equal(argument, "1") && !Equal(argument, "")) return Result::Error;
+    if (!Equal(argument, "0") && !Equal(argument, "1") && !Equal(argument, "")) return AtResult::WrongParameter;
     g_settings.echo = Equal(argument, "1");
-    return Result::Ok;
+    return AtResult::Ok;
 }
 
-static Result Identification(const char*, Writer& reply)
+static AtResult Identification(const char*, Writer& reply)
 {
     const IdentityState& identity = TheModule().identity;
     reply.Add("\r\nManufacturer: ").Add(identity.manufacturer).Add("\r\nModel: ").Add(identity.model);
     reply.Add("\r\nRevision: ").Add(identity.firmware).Add("\r\nIMEI: ").Add(identity.imei).Add("\r\n");
-    return Result::Ok;
+    return AtResult::Ok;
 }
 
-static Result Manufacturer(const char*, Writer& reply)
+static AtResult Manufacturer(const char*, Writer& reply)
 {
     InformationLine(reply, TheModule().identity.manufacturer);
-    return Result::Ok;
+    return AtResult::Ok;
 }
-static Result Model(const char*, Writer& reply)
+static AtResult Model(const char*, Writer& reply)
 {
     InformationLine(reply, TheModule().identity.model);
-    return Result::Ok;
+    return AtResult::Ok;
 }
-static Result Revision(const char*, Writer& reply)
+static AtResult Revision(const char*, Writer& reply)
 {
     InformationLine(reply, TheModule().identity.firmware);
-    return Result::Ok;
+    return AtResult::Ok;
 }
-static Result SerialNumber(const char*, Writer& reply)
+static AtResult SerialNumber(const char*, Writer& reply)
 {
     InformationLine(reply, TheModule().identity.imei);
-    return Result::Ok;
+    return AtResult::Ok;
 }
 
-static Result ErrorFormat(const char* argument, Writer& reply)
+static AtResult ErrorFormat(const char* argument, Writer& reply)
 {
     if (Equal(argument, "?")) {
         reply.Add("\r\n+CMEE: ").Unsigned(g_settings.cmee).Add("\r\n");
-        return Result::Ok;
+        return AtResult::Ok;
     }
     if (Equal(argument, "=?")) {
         InformationLine(reply, "+CMEE: (0-2)");
-        return Result::Ok;
+        return AtResult::Ok;
     }
-    if (argument[0] != '=' || argument[1] < '0' || argument[1] > '2' || argument[2] != 0) return Result::Error;
+    if (argument[0] != '=' || argument[1] < '0' || argument[1] > '2' || argument[2] != 0)
+        return AtResult::WrongParameter;
     g_settings.cmee = static_cast<ULONG>(argument[1] - '0');
-    return Result::Ok;
+    return AtResult::Ok;
 }
 
 // 0 to 31 for -113 dBm to -51 dBm in steps of 2 dBm, 99 for no signal.
-static Result SignalQuality(const char*, Writer& reply)
+static AtResult SignalQuality(const char*, Writer& reply)
 {
     const auto& signal = TheModule().network.signal;
     int32_t quality = 99;
@@ -127,36 +129,30 @@ static Result SignalQuality(const char*, Writer& reply)
         quality = quality < 0 ? 0 : quality > 31 ? 31 : quality;
     }
     reply.Add("\r\n+CSQ: ").Number(quality).Add(",99\r\n");
-    return Result::Ok;
+    return AtResult::Ok;
 }
 
 constexpr ULONG kRegistered = 1;
 
-static Result Operator(const char*, Writer& reply)
+static AtResult Operator(const char*, Writer& reply)
 {
     const NetworkState& network = TheModule().network;
     reply.Add("\r\n+COPS: 0");
     if (network.registration == kRegistered) reply.Add(",0,\"").Add(network.name).Add("\",2");
     reply.Add("\r\n");
-    return Result::Ok;
+    return AtResult::Ok;
 }
 
 // 1 at home, 5 roaming, 2 searching, 3 denied, 4 unknown.
-static Result Registration(const char*, Writer& reply)
+static AtResult Registration(const char*, Writer& reply)
 {
     const NetworkState& network = TheModule().network;
     constexpr ULONG kRoaming = 0;
     ULONG status = network.registration;
     if (status == kRegistered && network.roaming == kRoaming) status = 5;
     reply.Add("\r\n+CREG: 0,").Unsigned(status).Add("\r\n");
-    return Result::Ok;
+    return AtResult::Ok;
 }
-
-struct AtCommand {
-    const char* name; // a command with an argument: what stands before it
-    bool has_argument;
-    Result (*run)(const char* argument, Writer& reply);
-};
 
 constexpr AtCommand kCommands[] = {
     {"AT", false, Attention},         {"ATE", true, EchoSetting},        {"ATI", false, Identification},
@@ -164,6 +160,8 @@ constexpr AtCommand kCommands[] = {
     {"AT+CGSN", false, SerialNumber}, {"AT+CMEE", true, ErrorFormat},    {"AT+CSQ", false, SignalQuality},
     {"AT+COPS?", false, Operator},    {"AT+CREG?", false, Registration},
 };
+
+constexpr AtCommandTable kOwnCommands = {kCommands, std::size(kCommands)};
 
 // The argument of `line` if it is that command, else null.
 static const char* Matches(const AtCommand& command, const char* line)
@@ -179,26 +177,45 @@ static const char* Matches(const AtCommand& command, const char* line)
     return (*argument >= 'A' && *argument <= 'Z') ? nullptr : argument;
 }
 
-static Result Run(const char* line, Writer& reply)
+static AtResult Run(const char* line, Writer& reply)
 {
-    for (const AtCommand& command : kCommands) {
-        if (const char* argument = Matches(command, line)) return command.run(argument, reply);
+    AtBeginCommand();
+    for (const AtCommandTable& table : {kOwnCommands, kAtSettingCommands}) {
+        for (ULONG i = 0; i < table.count; ++i) {
+            const AtCommand& command = table.commands[i];
+            if (const char* argument = Matches(command, line)) return command.run(argument, reply);
+        }
     }
-    return Result::NotSupported;
+    return AtResult::NotSupported;
 }
 
-static void FinalResult(Result result, Writer& reply)
+static const char* ErrorText(AtResult result)
 {
-    if (result == Result::Ok) {
-        reply.Add("\r\nOK\r\n");
-    } else if (g_settings.cmee == 1) {
-        reply.Add("\r\n+CME ERROR: ").Unsigned(result == Result::NotSupported ? 4 : 50).Add("\r\n");
-    } else if (g_settings.cmee == 2) {
-        reply.Add("\r\n+CME ERROR: ");
-        reply.Add(result == Result::NotSupported ? "operation not supported" : "incorrect parameters").Add("\r\n");
-    } else {
-        reply.Add("\r\nERROR\r\n");
+    switch (result) {
+    case AtResult::NotAllowed:
+        return "operation not allowed";
+    case AtResult::NotSupported:
+        return "operation not supported";
+    case AtResult::NotFound:
+        return "not found";
+    case AtResult::WrongParameter:
+        return "incorrect parameters";
+    case AtResult::Ok:
+        break;
     }
+    return "";
+}
+
+static void FinalResult(AtResult result, Writer& reply)
+{
+    if (result == AtResult::Ok)
+        reply.Add("\r\nOK\r\n");
+    else if (g_settings.cmee == 1)
+        reply.Add("\r\n+CME ERROR: ").Unsigned(static_cast<ULONG>(result)).Add("\r\n");
+    else if (g_settings.cmee == 2)
+        reply.Add("\r\n+CME ERROR: ").Add(ErrorText(result)).Add("\r\n");
+    else
+        reply.Add("\r\nERROR\r\n");
 }
 
 // --- lines
@@ -250,7 +267,7 @@ static void RunAtLine()
             SendReply(reply, length + canned_length);
             return;
         }
-        const Result result = g_line_cut ? Result::Error : Run(g_line, writer);
+        const AtResult result = g_line_cut ? AtResult::WrongParameter : Run(g_line, writer);
         FinalResult(result, writer);
     }
     SendReply(reply, writer.Length());
@@ -280,12 +297,14 @@ void RestartAtModem()
     g_settings = {true, 0};
     g_line_used = 0;
     g_line_cut = false;
+    RestartAtSettings();
 }
 
 void SetEcho(bool on) { g_settings.echo = on; }
 
 void ResetAtModem()
 {
+    ResetAtSettings();
     RestartAtModem();
     AtLineLost();
     ClearAtFaults();

@@ -9,7 +9,8 @@ constexpr const FieldTable* kTables[] = {
     &kFirmwareFields,    &kSmsFields,           &kUimFields,        &kPositionFields,   &kImagesFields,
     &kAudioFields,       &kM2mAudioFields,      &kDataFields,       &kProfileFields,    &kMobileIPFields,
     &kNetworkScanFields, &kCdmaFields,          &kSubscriberFields, &kManagementFields, &kExtendedManagementFields,
-    &kCallsFields,       &kSupplementaryFields, &kUssdFields,       &kPhonebookFields,  &kCellFields};
+    &kCallsFields,       &kSupplementaryFields, &kUssdFields,       &kPhonebookFields,  &kCellFields,
+    &kAtFields};
 
 static const Field* FindField(Command& command)
 {

@@ -54,7 +54,8 @@ struct FieldTable {
 extern const FieldTable kConnectionFields, kIdentityFields, kPowerFields, kNetworkFields, kSessionFields,
     kFirmwareFields, kSmsFields, kUimFields, kPositionFields, kImagesFields, kAudioFields, kM2mAudioFields, kDataFields,
     kProfileFields, kMobileIPFields, kNetworkScanFields, kCdmaFields, kSubscriberFields, kManagementFields,
-    kExtendedManagementFields, kCallsFields, kSupplementaryFields, kUssdFields, kPhonebookFields, kCellFields;
+    kExtendedManagementFields, kCallsFields, kSupplementaryFields, kUssdFields, kPhonebookFields, kCellFields,
+    kAtFields;
 
 // The verbs. Lock held.
 void SetField(Command& command);

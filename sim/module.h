@@ -105,6 +105,20 @@ struct FirmwareState {
     Text<2048> path; // that UpgradeFirmware2kW was given, UTF-8
 };
 
+// What only AT commands reach. Values are those of 3GPP TS 27.007.
+struct AtState {
+    BYTE clip, clir, colp;                                       // the settings, gone when the module restarts
+    BYTE clip_service, clir_service, colp_service, colr_service; // what the network has
+    List<7, 1> calls;                                            // the numbers of the calls that are up
+    bool unlocked;                                               // for the command that is being run
+    bool unlocked_next;                                          // and for the one after it
+    Text<256> enumeration;
+    List<1, 2> side_tone;
+    Text<256> factory_reset; // what the last return to factory settings was given
+    ULONG resets;            // how many were asked for
+    Text<32> mdn;
+};
+
 struct ModuleState {
     ConnectionState connection;
     IdentityState identity;
@@ -112,6 +126,7 @@ struct ModuleState {
     NetworkState network;
     SessionState session;
     FirmwareState firmware;
+    AtState at;
     CallsState calls;
     SupplementaryState supplementary;
     UssdState ussd;

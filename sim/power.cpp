@@ -19,6 +19,14 @@ void ResetPower() { TheModule().power = {0, 50, 3000}; }
 
 constexpr ULONG kModeReset = 5;
 
+void ScheduleReset()
+{
+    const PowerState& power = TheModule().power;
+    ScheduleModuleEvent(power.settle_ms, "module leaves");
+    ScheduleModuleEvent(power.settle_ms + power.reset_ms, "module returns");
+    ScheduleModuleEvent(power.settle_ms + power.reset_ms, "emit power 0");
+}
+
 } // namespace sim
 
 using namespace sim;
@@ -31,7 +39,7 @@ extern "C" ULONG GetPower(ULONG* mode)
     return call.Done();
 }
 
-// The event follows after a while. A reset module then leaves, and comes back with the radio on.
+// The event follows after a while.
 extern "C" ULONG SetPower(ULONG mode)
 {
     Call call(EntryPoint::SetPower, mode);
@@ -41,10 +49,6 @@ extern "C" ULONG SetPower(ULONG mode)
     Text<32> line;
     Writer(line).Add("emit power ").Unsigned(mode);
     ScheduleModuleEvent(power.settle_ms, line);
-    if (mode == kModeReset) {
-        ScheduleModuleEvent(power.settle_ms, "module leaves");
-        ScheduleModuleEvent(power.settle_ms + power.reset_ms, "module returns");
-        ScheduleModuleEvent(power.settle_ms + power.reset_ms, "emit power 0");
-    }
+    if (mode == kModeReset) ScheduleReset();
     return call.Done();
 }

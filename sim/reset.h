@@ -35,6 +35,8 @@ void ResetSubscriber(bool umts);
 void ResetManagement();
 void ResetExtendedManagement();
 
+// The module leaves after a while, and comes back with the radio on.
+void ScheduleReset();
 // A data session begins.
 void BeginDataStatus();
 // The event that tells how the Mobile IP registration went; none while Mobile IP is off.

@@ -13,6 +13,8 @@ public:
     ORVSYNCBLOCK& operator=(const ORVSYNCBLOCK&) = delete;
 
     void Enter() { EnterCriticalSection(&m_section); }
+    // False when another thread holds it. The library always waits; tests ask.
+    bool TryEnter() { return TryEnterCriticalSection(&m_section) != FALSE; }
     void Leave() { LeaveCriticalSection(&m_section); }
 
 private:

@@ -118,8 +118,8 @@ struct Method {
     const char* name;
     const char* entry; // null: the vendor library has none
     ULONG (*call)(COrvGobiDll& gobi, Arguments& arguments);
-    When when = Never;     // it writes to the log ...
-    const char* text = ""; // ... this, where $s is the status, $0 the first argument and $e the entry point's address
+    When when;        // it writes to the log ...
+    const char* text; // ... this, where $s is the status, $0 the first argument and $e the entry point's address
 };
 
 bool Logs(When when, ULONG status, bool missing)
@@ -151,10 +151,10 @@ Lines ExpectedLog(const Method& method, const Arguments& arguments, ULONG status
     return {text};
 }
 
-#define METHOD(name, entry, ...)                                                                                       \
+#define METHOD(name, entry) LOGGED(name, entry, Never, "")
+#define LOGGED(name, entry, when, text)                                                                                \
     {                                                                                                                  \
-#name, entry, [](COrvGobiDll & gobi, Arguments & a) { return Drive(gobi, a, &COrvGobiDll::name); },            \
-                                                                                                         __VA_ARGS__   \
+        #name, entry, [](COrvGobiDll& gobi, Arguments& a) { return Drive(gobi, a, &COrvGobiDll::name); }, when, text   \
     }
 const Method kMethods[] = {
     // clang-format off
@@ -179,8 +179,8 @@ const Method kMethods[] = {
     METHOD(GetLastMobileIPError, "GetLastMobileIPError"),
     METHOD(GetAutoconnect, "GetAutoConnect"),
     METHOD(SetAutoconnect, "SetAutoConnect"),
-    METHOD(SetDefaultProfile, "SetDefaultProfile", AfterCall, "SetDefaultProfile returns uStatus = $s"),
-    METHOD(GetDefaultProfile, "GetDefaultProfile", AfterCall, "GetDefaultProfile returns uStatus = $s"),
+    LOGGED(SetDefaultProfile, "SetDefaultProfile", AfterCall, "SetDefaultProfile returns uStatus = $s"),
+    LOGGED(GetDefaultProfile, "GetDefaultProfile", AfterCall, "GetDefaultProfile returns uStatus = $s"),
     METHOD(GetByteTotals, "GetByteTotals"),
     METHOD(GetRFInfo, "GetRFInfo"),
     METHOD(PerformNetworkScan, "PerformNetworkScan"),
@@ -205,17 +205,17 @@ const Method kMethods[] = {
     METHOD(GetOfflineReason, "GetOfflineReason"),
     METHOD(GetNetworkTime, "GetNetworkTime"),
     METHOD(ValidateSPC, "ValidateSPC"),
-    METHOD(DeleteSMS, "DeleteSMS", OnEntry, "DeleteSMS"),
-    METHOD(GetSMSList, "GetSMSList", OnEntry, "GetSMSList"),
-    METHOD(GetSMS, "GetSMS", OnEntry, "GetSMS"),
-    METHOD(ModifySMSStatus, "ModifySMSStatus", OnEntry, "ModifySMSStatus"),
-    METHOD(SaveSMS, "SaveSMS", OnEntry, "SaveSMS"),
-    METHOD(SendSMS, "SendSMS", OnEntry, "SendSMS"),
-    METHOD(GetSMSCAddress, "GetSMSCAddress", OnEntry, "GetSMSCAddress"),
-    METHOD(SetSMSCAddress, "SetSMSCAddress", OnEntry, "SetSMSCAddress"),
-    METHOD(SetSMSProtocol, "SetSMSProtocol", OnEntry, "SetSMSProtocol"),
-    METHOD(SetSMSRoute, "SetRoutes", OnEntry, "SetSMSRoute"),
-    METHOD(SetSMSBroadcastActivation, "SetBroadcastActivation", OnEntry, "SetSMSBroadcastActivation"),
+    LOGGED(DeleteSMS, "DeleteSMS", OnEntry, "DeleteSMS"),
+    LOGGED(GetSMSList, "GetSMSList", OnEntry, "GetSMSList"),
+    LOGGED(GetSMS, "GetSMS", OnEntry, "GetSMS"),
+    LOGGED(ModifySMSStatus, "ModifySMSStatus", OnEntry, "ModifySMSStatus"),
+    LOGGED(SaveSMS, "SaveSMS", OnEntry, "SaveSMS"),
+    LOGGED(SendSMS, "SendSMS", OnEntry, "SendSMS"),
+    LOGGED(GetSMSCAddress, "GetSMSCAddress", OnEntry, "GetSMSCAddress"),
+    LOGGED(SetSMSCAddress, "SetSMSCAddress", OnEntry, "SetSMSCAddress"),
+    LOGGED(SetSMSProtocol, "SetSMSProtocol", OnEntry, "SetSMSProtocol"),
+    LOGGED(SetSMSRoute, "SetRoutes", OnEntry, "SetSMSRoute"),
+    LOGGED(SetSMSBroadcastActivation, "SetBroadcastActivation", OnEntry, "SetSMSBroadcastActivation"),
     METHOD(DMSUIMSetPINProtection, "DMSUIMSetPINProtection"),
     METHOD(UIMGetCardStatus, "UIMGetCardStatus"),
     METHOD(UIMVerifyPIN, "UIMVerifyPIN"),
@@ -255,7 +255,7 @@ const Method kMethods[] = {
     METHOD(ResetPDSData, "ResetPDSData"),
     METHOD(GetDataBearerTechnology, "GetDataBearerTechnology"),
     METHOD(GetSessionDuration, "GetSessionDuration"),
-    METHOD(GetSignalStrengths, "GetSignalStrengths", OnFailure, "GetSignalStrengths returns status = $s"),
+    LOGGED(GetSignalStrengths, "GetSignalStrengths", OnFailure, "GetSignalStrengths returns status = $s"),
     METHOD(GetServingNetworkCaps, "GetServingNetworkCapabilities"),
     METHOD(GetConnectionRate, "GetConnectionRate"),
     METHOD(GetServingNetwork, "GetServingNetwork"),
@@ -267,33 +267,33 @@ const Method kMethods[] = {
     METHOD(GetVoiceNumber, "GetVoiceNumber"),
     METHOD(GetSerialNumbers, "GetSerialNumbers"),
     METHOD(GetIMSI, "GetIMSI"),
-    METHOD(UpgradeFirmwareW, "UpgradeFirmware2kW", OnEntry, "COrvGobiDll::UpgradeFirmware: $0"),
+    LOGGED(UpgradeFirmwareW, "UpgradeFirmware2kW", OnEntry, "COrvGobiDll::UpgradeFirmware: $0"),
     METHOD(GetImageStoreW, "GetImageStoreW"),
     METHOD(GetImageInfoW, "GetImageInfoW"),
-    METHOD(SetPower, "SetPower", AfterCall, "SetPower powerMode = $0 returns status = $s"),
-    METHOD(ActivateAutomatic, "ActivateAutomatic", AfterCall, "ActivateAutomatic pActivationCode = $0 returns status = $s"),
-    METHOD(GetActivationState, "GetActivationState", AfterCall, "GetActivationState returns status = $s"),
-    METHOD(OMADMGetFeatureSettings, "OMADMGetFeatureSettings", AfterCall, "OMADMGetFeatureSettings returns status = $s"),
-    METHOD(OMADMGetSessionInfo, "OMADMGetSessionInfo", AfterCall, "OMADMGetSessionInfo returns status = $s"),
-    METHOD(OMADMSetProvisioningFeature, "OMADMSetProvisioningFeature", AfterCall, "OMADMSetProvisioningFeature returns status = $s"),
-    METHOD(OMADMSetPRLUpdateFeature, "OMADMSetPRLUpdateFeature", AfterCall, "OMADMSetPRLUpdateFeature returns status = $s"),
-    METHOD(OMADMStartSession, "OMADMStartSession", AfterCall, "OMADMStartSession returns status = $s"),
-    METHOD(OMADMCancelSession, "OMADMCancelSession", AfterCall, "OMADMCancelSession returns status = $s"),
-    METHOD(OMADMGetPendingNIA, "OMADMGetPendingNIA", AfterCall, "OMADMGetPendingNIA returns status = $s"),
-    METHOD(OMADMSendSelection, "OMADMSendSelection", AfterCall, "OMADMSendSelection returns status = $s"),
-    METHOD(GetIPConfiguration, "GetIPConfiguration", AfterCall, "GetIPConfiguration returns status = $s"),
-    METHOD(OMAEXSetEventReport, "ORVOMAEXSetEventReport", AfterCall, "OMAEXSetEventReport returns status = $s"),
-    METHOD(OMAEXSessionStart, "ORVOMAEXSessionStart", AfterCall, "OMAEXSessionStart returns status = $s"),
-    METHOD(OMAEXSessionCancel, "ORVOMAEXSessionCancel", AfterCall, "OMAEXSessionCancel returns status = $s"),
-    METHOD(OMAEXSelection, "ORVOMAEXSelection", AfterCall, "OMAEXSelection returns status = $s"),
-    METHOD(OMAEXGetSettings, "ORVOMAEXGetSettings", AfterCall, "OMAEXGetSettings returns status = $s"),
-    METHOD(OMAEXSetSettings, "ORVOMAEXSetSettings", AfterCall, "OMAEXSetSettings returns status = $s"),
-    METHOD(OMAEXSessionGetInfo, "ORVOMAEXSessionGetInfo", AfterCall, "OMAEXSessionGetInfo returns status = $s"),
-    METHOD(OMAEXInit, "ORVOMAEXInitApi", AfterCall, "OMAEXInit returns status = $s"),
-    METHOD(OMAEXShutdown, "ORVOMAEXShutdownApi", AfterCall, "OMAEXShutdown returns status = $s"),
+    LOGGED(SetPower, "SetPower", AfterCall, "SetPower powerMode = $0 returns status = $s"),
+    LOGGED(ActivateAutomatic, "ActivateAutomatic", AfterCall, "ActivateAutomatic pActivationCode = $0 returns status = $s"),
+    LOGGED(GetActivationState, "GetActivationState", AfterCall, "GetActivationState returns status = $s"),
+    LOGGED(OMADMGetFeatureSettings, "OMADMGetFeatureSettings", AfterCall, "OMADMGetFeatureSettings returns status = $s"),
+    LOGGED(OMADMGetSessionInfo, "OMADMGetSessionInfo", AfterCall, "OMADMGetSessionInfo returns status = $s"),
+    LOGGED(OMADMSetProvisioningFeature, "OMADMSetProvisioningFeature", AfterCall, "OMADMSetProvisioningFeature returns status = $s"),
+    LOGGED(OMADMSetPRLUpdateFeature, "OMADMSetPRLUpdateFeature", AfterCall, "OMADMSetPRLUpdateFeature returns status = $s"),
+    LOGGED(OMADMStartSession, "OMADMStartSession", AfterCall, "OMADMStartSession returns status = $s"),
+    LOGGED(OMADMCancelSession, "OMADMCancelSession", AfterCall, "OMADMCancelSession returns status = $s"),
+    LOGGED(OMADMGetPendingNIA, "OMADMGetPendingNIA", AfterCall, "OMADMGetPendingNIA returns status = $s"),
+    LOGGED(OMADMSendSelection, "OMADMSendSelection", AfterCall, "OMADMSendSelection returns status = $s"),
+    LOGGED(GetIPConfiguration, "GetIPConfiguration", AfterCall, "GetIPConfiguration returns status = $s"),
+    LOGGED(OMAEXSetEventReport, "ORVOMAEXSetEventReport", AfterCall, "OMAEXSetEventReport returns status = $s"),
+    LOGGED(OMAEXSessionStart, "ORVOMAEXSessionStart", AfterCall, "OMAEXSessionStart returns status = $s"),
+    LOGGED(OMAEXSessionCancel, "ORVOMAEXSessionCancel", AfterCall, "OMAEXSessionCancel returns status = $s"),
+    LOGGED(OMAEXSelection, "ORVOMAEXSelection", AfterCall, "OMAEXSelection returns status = $s"),
+    LOGGED(OMAEXGetSettings, "ORVOMAEXGetSettings", AfterCall, "OMAEXGetSettings returns status = $s"),
+    LOGGED(OMAEXSetSettings, "ORVOMAEXSetSettings", AfterCall, "OMAEXSetSettings returns status = $s"),
+    LOGGED(OMAEXSessionGetInfo, "ORVOMAEXSessionGetInfo", AfterCall, "OMAEXSessionGetInfo returns status = $s"),
+    LOGGED(OMAEXInit, "ORVOMAEXInitApi", AfterCall, "OMAEXInit returns status = $s"),
+    LOGGED(OMAEXShutdown, "ORVOMAEXShutdownApi", AfterCall, "OMAEXShutdown returns status = $s"),
     METHOD(GetImagePreference, "GetImagesPreference"),
     METHOD(SetImagePreference, "SetImagesPreference"),
-    METHOD(PlayAudioTone, "AudioPlayAudioTone", OnFailure, "mpFnPlayAudioTone failed pTone = 0x$0."),
+    LOGGED(PlayAudioTone, "AudioPlayAudioTone", OnFailure, "mpFnPlayAudioTone failed pTone = 0x$0."),
     METHOD(OrigUSSD, "OrigUSSD"),
     METHOD(AnswerUSSD, "AnsUSSD"),
     METHOD(CancelUSSD, "AbortsUSSD"),
@@ -315,9 +315,9 @@ const Method kMethods[] = {
     METHOD(ReadPhonebookRecords, "ReadPhonebookRecords"),
     METHOD(WritePhonebookRecord, "WritePhonebookRecord"),
     METHOD(DeletePhonebookRecord, "DeletePhonebookRecord"),
-    METHOD(GetCellLocationInfo, "GetCellLocationInfo", WhenMissing, "mpFnGetCellLocationInfoMsg = NULL"),
-    METHOD(GetWaitingMessage, "GetWaitingMsgInfo", WhenMissing, "mpFnGetWaitingMsg = NULL"),
-    METHOD(GetRTREConfig, "GetRTREConfig", WhenMissing, "mpFnGetRTREConfig = NULL"),
+    LOGGED(GetCellLocationInfo, "GetCellLocationInfo", WhenMissing, "mpFnGetCellLocationInfoMsg = NULL"),
+    LOGGED(GetWaitingMessage, "GetWaitingMsgInfo", WhenMissing, "mpFnGetWaitingMsg = NULL"),
+    LOGGED(GetRTREConfig, "GetRTREConfig", WhenMissing, "mpFnGetRTREConfig = NULL"),
     METHOD(OrvM2MAV_AudioGetProfile, "OrvM2MAV_AudioGetProfile"),
     METHOD(OrvM2MAV_AudioSetProfile, "OrvM2MAV_AudioSetProfile"),
     METHOD(OrvM2MAV_AudioGetVolume, "OrvM2MAV_AudioGetVolume"),
@@ -347,9 +347,9 @@ const Method kMethods[] = {
     METHOD(OrvM2MAV_AudioGetAVNS, "OrvM2MAV_AudioGetAVNS"),
     METHOD(OrvM2MAV_AudioSetAVNS, "OrvM2MAV_AudioSetAVNS"),
     METHOD(OrvM2MAV_AudioPlayTone, "OrvM2MAV_AudioPlayTone"),
-    METHOD(SetDeviceRemovalCallback, "OrvSetDeviceRemovalCallback", OnFailure,
+    LOGGED(SetDeviceRemovalCallback, "OrvSetDeviceRemovalCallback", OnFailure,
            "SetDeviceRemovalCallback returns status = $s"),
-    METHOD(SetSessionStateCB, "SetSessionStateCallback", OnFailure,
+    LOGGED(SetSessionStateCB, "SetSessionStateCallback", OnFailure,
            "Calling mpFNSetSessionStateCB = 0x$e return status = $s"),
     METHOD(SetDataBearerCB, "SetDataBearerCallback"),
     METHOD(SetDormancyStatusCB, "SetDormancyStatusCallback"),
@@ -361,7 +361,7 @@ const Method kMethods[] = {
     METHOD(SetRFInfoCB, "SetRFInfoCallback"),
     METHOD(SetNewSMSCB, "SetNewSMSCallback"),
     METHOD(SetNewSMSCBCB, "SetNewSMSCBCallback"),
-    METHOD(SetVoiceMessageCB, "SetMsgWaitingCallback", Always, "SetVoiceMessageCB $s"),
+    LOGGED(SetVoiceMessageCB, "SetMsgWaitingCallback", Always, "SetVoiceMessageCB $s"),
     METHOD(SetDataCapsCB, "SetDataCapabilitiesCallback"),
     METHOD(SetByteTotalsCB, "SetByteTotalsCallback"),
     METHOD(SetOMADMStateCB, "SetOMADMStateCallback"),
@@ -370,14 +370,15 @@ const Method kMethods[] = {
     METHOD(SetInfoRecCB, "SetInfoRecCallback"),
     METHOD(SetUSSDInfoCB, "SetUSSDNotificationCallback"),
     METHOD(SetPhonebookRecordReadCB, "SetPhonebookRecordReadCallback"),
-    METHOD(SetAllPbInitDoneCB, "SetAllPhonebookInitDoneCallback", WhenMissing, "mpFNSetAllPbInitDoneCB is NULL!"),
-    METHOD(SetEmergencyListCB, "SetEmergencyListCallback", WhenMissing, "mpFNSetEmergencyListCB is NULL!"),
+    LOGGED(SetAllPbInitDoneCB, "SetAllPhonebookInitDoneCallback", WhenMissing, "mpFNSetAllPbInitDoneCB is NULL!"),
+    LOGGED(SetEmergencyListCB, "SetEmergencyListCallback", WhenMissing, "mpFNSetEmergencyListCB is NULL!"),
     METHOD(SetNITZCB, "SetNetworkTimeCallback"),
     METHOD(SetEmergencyModeCB, "SetSystemSelectionPrefCallback"),
-    METHOD(SetOMAEXEventCB, "SetORVOMAEXEventCallback", WhenMissing, "mpFNSetOMAEXEventCB is NULL!"),
+    LOGGED(SetOMAEXEventCB, "SetORVOMAEXEventCallback", WhenMissing, "mpFNSetOMAEXEventCB is NULL!"),
     // clang-format on
 };
 #undef METHOD
+#undef LOGGED
 
 // 211 operations without the 22 that read the audio profile first, and the setters of 26 callbacks.
 static_assert(std::size(kMethods) == 211 - 22 + 26);

@@ -5,6 +5,7 @@
 #ifndef TALVEK_TALVEK_H
 #define TALVEK_TALVEK_H
 
+#include "talvek/at.h"
 #include "talvek/core.h"
 #include "talvek/notify.h"
 #include "talvek/rcode.h"

@@ -209,15 +209,16 @@ TEST_F(VendorRecords, PhonebookRecordsComeInBatches)
     LogCapture log;
     ReadSIMPhoneBookCallback(3, 12, records.data());
     ASSERT_EQ(client.Records().size(), 2u);
-    const OrvPhonebookRecordsPayload& first = client.Records()[0].payload.PhonebookRecords;
-    EXPECT_EQ(client.Records()[0].uPayloadSize, 5328u);
+    const std::vector<OrvNotifyRecord> records_received = client.Records();
+    const OrvPhonebookRecordsPayload& first = records_received[0].payload.PhonebookRecords;
+    EXPECT_EQ(records_received[0].uPayloadSize, 5328u);
     EXPECT_EQ(first.uCount, 10u);
     EXPECT_EQ(first.entries[9].uRecordId, 10u);
     EXPECT_EQ(first.entries[9].uNumberLength, 256u);
     EXPECT_EQ(first.entries[9].aNumber[255], '5');
     EXPECT_EQ(first.entries[9].uNameLength, 2u);
     EXPECT_EQ(first.entries[9].uPhonebookType, 3u);
-    EXPECT_EQ(client.Records()[1].payload.PhonebookRecords.uCount, 2u);
+    EXPECT_EQ(records_received[1].payload.PhonebookRecords.uCount, 2u);
     EXPECT_EQ(log.Count("SIM record id = 12, type=1, NumLen=256, NameLen=2!!"), 1) << log.Dump();
     log.Clear();
     ReadSIMPhoneBookCallback(3, 12, nullptr);
@@ -263,7 +264,9 @@ TEST_F(VendorRecords, EmergencyNumbersComeInBatches)
     }
     client.Clear();
     EmergencyListCallback(12, entries.data());
-    const OrvEmergencyNumbersPayload& last = client.Records()[1].payload.EmergencyNumbers;
+    const std::vector<OrvNotifyRecord> batches = client.Records();
+    ASSERT_EQ(batches.size(), 2u);
+    const OrvEmergencyNumbersPayload& last = batches[1].payload.EmergencyNumbers;
     EXPECT_EQ(last.aHeader[4][1], 51) << "the fifth octet of the twelfth entry";
     EXPECT_EQ(last.aHeader[5][1], 3);
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(last.aDigits[1])), "111");

@@ -1,5 +1,8 @@
 // The simulated module's phonebooks, cells and waiting messages, and the events that carry whole records.
 
+#include "api/objects.h"
+#include "notify/OrvNotify.h"
+#include "notify/adapters.h"
 #include "tests/inner/simulator_voice.h"
 
 namespace {
@@ -177,6 +180,7 @@ TEST_F(SimulatorRecords, EventsCarryWhatTheLineSays)
         {"call 1:2", "at most 8 calls such as 1:3:0:5551234"},
         {"call 1:2:256", "at most 8 calls such as 1:3:0:5551234"},
         {"call 1:2:0:" + digits + "9", "at most 8 calls such as 1:3:0:5551234"},
+        {"call 1:3:0:5:256", "at most 8 calls such as 1:3:0:5551234"},
         {"call 1:9:0:5:65536", "at most 8 calls such as 1:3:0:5551234"},
         {"call 1:1:1 1:1:1 1:1:1 1:1:1 1:1:1 1:1:1 1:1:1 1:1:1 1:1:1", "at most 8 calls such as 1:3:0:5551234"},
         {"inforec 1 " + digits + "9", "a number has at most 81 digits"},
@@ -211,6 +215,35 @@ TEST_F(SimulatorRecords, JournalsWhatRecordsSay)
     EXPECT_EQ(sim.Journal(), (Lines{"DialCall(0, 0, 0, 0, \"555\")", "ManageCalls(3, 0)", "ManageCalls(null, null)",
                                     "SetSupsService(1, 146, 1, \"0000\", 0, 0, 0, \"\")", "AnsUSSD(15, \"*\\x00\")",
                                     "DialCall(null, null, null, null, null)"}));
+}
+
+TEST_F(SimulatorRecords, ReachAClientOfTheLibrary)
+{
+    ClientRecorder client;
+    g_OrvNotify.RegisterClient(client.Callback(), &g_GobiDll);
+    SimRegistration<GobiSetCallInfo>("SetCallInfoCallback")(CallInfoCallback);
+    SimRegistration<GobiSetPhonebookRecordRead>("SetPhonebookRecordReadCallback")(ReadSIMPhoneBookCallback);
+    SimRegistration<GobiSetEmergencyList>("SetEmergencyListCallback")(EmergencyListCallback);
+    sim.Command("call incoming 5551234");
+    Told();
+    ASSERT_EQ(Answer(1), 0u);
+    ASSERT_EQ(Dial("777"), 0u);
+    Told(1000);
+    sim.Command("call ends 2 34");
+    BYTE session = 0;
+    WORD type = 0, first = 1, last = 1, count = 0;
+    ASSERT_EQ(SIM_ENTRY(ReadPhonebookRecords)(&session, &type, &first, &last, &count), 0u);
+    Told();
+    sim.Command("emit emergency 1 2 3 4 5 6 7 8 9 10 11");
+    g_OrvNotify.DeregisterClient();
+    // Rings, talks, is held; the other one talks and ends; a record; ten numbers and one more.
+    ASSERT_EQ(client.Identifiers(), (std::vector<ORV_NOTIFY>{1009, 1008, 2280, 1008, 1012, 2014, 2015, 2015}));
+    const auto records = client.Records();
+    EXPECT_STREQ(records[0].payload.CallIncoming.szNumber, "5551234");
+    EXPECT_EQ(records[4].payload.CallStatus.uCallId, 2u);
+    EXPECT_EQ(records[4].payload.CallStatus.uDetail, 34u);
+    EXPECT_EQ(records[5].payload.PhonebookRecords.entries[0].uNameLength, strlen("Voice mail"));
+    EXPECT_EQ(records[7].payload.EmergencyNumbers.uCount, 1u);
 }
 
 } // namespace

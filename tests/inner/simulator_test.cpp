@@ -77,6 +77,21 @@ TEST_F(Simulator, EveryEntryPointTakesNullsAndIsSupportedByOneKindOfModule)
     EXPECT_EQ(supported.size(), std::size(kEntryRows));
 }
 
+TEST_F(Simulator, EveryEntryPointObeysAFaultAndMissesAModuleThatIsAbsent)
+{
+    const std::set<std::string> without_module = {"QCWWANDisconnect"};
+    for (const EntryRow& row : kEntryRows) {
+        sim.Command(std::string("fail ") + row.name + " 77");
+        EXPECT_EQ(row.call(), 77u) << row.name;
+    }
+    sim.Command("clear all");
+    sim.Command("module leaves");
+    for (const EntryRow& row : kEntryRows) {
+        const bool works = strstr(row.name, "Callback") != nullptr || without_module.count(row.name) > 0;
+        EXPECT_EQ(row.call(), works ? 0u : 6u) << row.name;
+    }
+}
+
 TEST_F(Simulator, JournalsCallsWithTheirInputs)
 {
     char apn[] = "inter\"net\n";

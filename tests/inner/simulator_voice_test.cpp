@@ -53,6 +53,7 @@ TEST_F(SimulatorVoice, ACallThatComesInIsAnsweredRefusedOrGivenUp)
     EXPECT_EQ(Told(), Lines{"1:6:6 +4912345, 2:3:0 withheld"});
     EXPECT_EQ(sim.Command("call incoming 777"), "3");
     EXPECT_EQ(Answer(3), 13u) << "one talks and one is held";
+    EXPECT_EQ(Manage(GOBI_MANAGE_HOLD_ACTIVE), 13u);
     sim.Command("call ends 1 41");
     sim.Command("call ends 2");
     EXPECT_EQ(Told(), (Lines{"3:7:0 777", "1:9:6 +4912345 reason 41", "2:9:0 withheld reason 16, 3:2:0 777"}))
@@ -188,6 +189,9 @@ TEST_F(SimulatorVoice, TellsEverythingAboutItsCalls)
                                          options.get(), &privacy, &otasp, reasons.get(), texts.get(), connected.get(),
                                          diagnostics.get(), called.get(), redirecting.get(), patterns.get());
     };
+    ASSERT_EQ(Dial("11"), 0u);
+    ASSERT_EQ(get(), 0u);
+    EXPECT_EQ(Join({calls->count, calls->calls[0].mode, options->count}), "1:3:0");
     sim.Command("model cdma");
     Register();
     sim.Command("set calls.voice-privacy 1");
@@ -251,7 +255,9 @@ TEST_F(SimulatorVoice, KeysAndFlashesReachTheCallThatTalks)
     EXPECT_EQ(sim.Command("call list"), "1 held from 11\n2 conversation to 22");
     EXPECT_EQ(SIM_ENTRY(SendFlash)(&id, nullptr, &kind, &done), 1026u) << "is held";
     id = 2;
-    ASSERT_EQ(SIM_ENTRY(SendFlash)(&id, nullptr, &kind, &done), 0u);
+    key = '9';
+    ASSERT_EQ(SIM_ENTRY(StartContDTMF)(&id, &key, &done), 0u);
+    ASSERT_EQ(SIM_ENTRY(SendFlash)(&id, nullptr, &kind, &done), 0u) << "which also ends the key";
     EXPECT_EQ(sim.Command("call list"), "1 conversation from 11\n2 held to 22");
 }
 
@@ -309,7 +315,9 @@ TEST_F(SimulatorVoice, TheBarringPasswordChangesAndIsBlocked)
     };
     EXPECT_EQ(change("0000", "1234", "1235"), "13:37");
     EXPECT_EQ(change("0000", "12a4", "12a4"), "13:37");
-    EXPECT_EQ(change("0000", "1234", "1234"), "0:0");
+    EXPECT_EQ(change("9999", "1234", "1234"), "13:38");
+    EXPECT_EQ(change("9999", "1234", "1234"), "13:38");
+    EXPECT_EQ(change("0000", "1234", "1234"), "0:0") << "and the wrong ones are forgotten";
     EXPECT_EQ(sim.Command("get sups.password"), "1234");
     EXPECT_EQ(Set(GOBI_SUPS_ACTIVATE, GOBI_SUPS_BAR_INCOMING, 1, "1234"), 0u);
     for (const char* outcome : {"13:38", "13:38", "13:38", "13:43"})
