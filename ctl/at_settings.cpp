@@ -109,10 +109,7 @@ void AddAtCommands(Client& client)
     at->require_subcommand(1);
     const auto add = [&client, at](const char* name, const char* help, const Client::Body& body) {
         CLI::App* const sub = at->add_subcommand(name, help);
-        client.Run(sub, [&client, body] {
-            client.Prepare();
-            return body();
-        });
+        client.RunWithModule(sub, body);
         return sub;
     };
 

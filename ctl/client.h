@@ -28,6 +28,8 @@ public:
 
     // Makes `sub` run `body` when it is the innermost command given. `sub` may have sub-commands of its own.
     void Run(CLI::App* sub, Body body) { m_commands.push_back({sub, std::move(body)}); }
+    // The same for a command that needs the module: sets --sim's up first.
+    void RunWithModule(CLI::App* sub, Body body);
 
     // Parses and runs. Throws ClientError and CallFailed, and CLI::ParseError for what CLI11 finds.
     int Execute(int argc, char** argv);
@@ -69,7 +71,11 @@ std::string CheckModel(const std::string& text);
 void AddCoreCommands(Client& client);      // info, power, connect, disconnect, network, codes
 void AddAtCommands(Client& client);        // at
 void AddEventCommands(Client& client);     // events
-void AddSimulatorCommands(Client& client); // sim run, sim command, sim exec
+void AddMonitorCommands(Client& client);   // monitor
+void AddCallCommands(Client& client);      // call dial, list, answer, end, hold, swap
+void AddUssdCommands(Client& client);      // ussd send, answer, cancel
+void AddAudioCommands(Client& client);     // audio show, set, tone
+void AddSimulatorCommands(Client& client); // sim run, sim command, sim emit, sim exec
 void AddDemoCommands(Client& client);      // demo
 
 } // namespace ctl

@@ -163,8 +163,9 @@ void AddAddresses(Report& report)
 // Waits until a signal, or until the module says that the session has ended. Returns whether it was a signal.
 bool HoldSession(EventQueue& queue)
 {
-    OrvNotifyRecord record;
-    while (queue.Wait(record, {}) == EventQueue::Woken::ByEvent)
+    Arrival arrival;
+    const OrvNotifyRecord& record = arrival.record;
+    while (queue.Wait(arrival, {}) == EventQueue::Woken::ByEvent)
         if (record.uNotify == ORV_NOTIFY_PktSessionCall && record.payload.PktSession.bConnected == 0) return false;
     return true;
 }
@@ -286,13 +287,7 @@ int Codes(Client& client)
 void AddCoreCommands(Client& client)
 {
     CLI::App& app = client.App();
-    // A command that needs the module: sets --sim's up first.
-    const auto module = [&client](CLI::App* sub, Client::Body body) {
-        client.Run(sub, [&client, body = std::move(body)] {
-            client.Prepare();
-            return body();
-        });
-    };
+    const auto module = [&client](CLI::App* sub, Client::Body body) { client.RunWithModule(sub, std::move(body)); };
 
     module(app.add_subcommand("info", "Show the module: identity, technology, versions, serving network"),
            [&client] { return Info(client); });

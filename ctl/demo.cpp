@@ -65,9 +65,10 @@ template <class Predicate>
 void Demonstration::Await(ORV_NOTIFY id, const std::string& what, Predicate matches)
 {
     const auto deadline = EventQueue::Clock::now() + kPatience;
-    OrvNotifyRecord record;
+    Arrival arrival;
+    const OrvNotifyRecord& record = arrival.record;
     for (;;) {
-        Require(m_queue.Wait(record, deadline) == EventQueue::Woken::ByEvent, what + " did not arrive");
+        Require(m_queue.Wait(arrival, deadline) == EventQueue::Woken::ByEvent, what + " did not arrive");
         m_events.push_back(EventToJson(record)["event"]);
         if (!m_client.Json()) PrintLine("      event  " + EventToText(record));
         if (record.uNotify == id && matches(record.payload)) return;

@@ -29,6 +29,21 @@ private:
     std::optional<ULONG> m_failure_reason;
 };
 
+// A method of COrvGobiDll gave a vendor status other than 0.
+class VendorCallFailed : public std::runtime_error {
+public:
+    VendorCallFailed(const char* method, ULONG status, std::optional<ULONG> failure_reason = {});
+
+    const char* Method() const { return m_method; }
+    ULONG Status() const { return m_status; }
+    std::optional<ULONG> FailureReason() const { return m_failure_reason; }
+
+private:
+    const char* m_method;
+    ULONG m_status;
+    std::optional<ULONG> m_failure_reason;
+};
+
 // The client itself cannot go on: no simulator library, a scenario with a fault, an event that did not arrive.
 class ClientError : public std::runtime_error {
 public:
@@ -51,5 +66,7 @@ public:
 
 // Throws CallFailed unless `code` is 0. `function` is a literal.
 void Check(const char* function, ORV_RCODE code);
+// Throws VendorCallFailed unless `status` is 0. `method` is a literal, without the class.
+void CheckVendor(const char* method, ULONG status);
 
 } // namespace ctl

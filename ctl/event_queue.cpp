@@ -33,13 +33,13 @@ void EventQueue::Push(const OrvNotifyRecord& record)
             ++m_lost;
             return;
         }
-        m_ring[(m_first + m_count) % m_ring.size()] = record;
+        m_ring[(m_first + m_count) % m_ring.size()] = {record, std::chrono::system_clock::now()};
         ++m_count;
     }
     m_changed.notify_one();
 }
 
-EventQueue::Woken EventQueue::Wait(OrvNotifyRecord& record, std::optional<Clock::time_point> deadline)
+EventQueue::Woken EventQueue::Wait(Arrival& arrival, std::optional<Clock::time_point> deadline)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
     const auto ready = [this] { return m_count != 0 || m_wake; };
@@ -51,7 +51,7 @@ EventQueue::Woken EventQueue::Wait(OrvNotifyRecord& record, std::optional<Clock:
         m_wake = false;
         return Woken::ByWake;
     }
-    record = m_ring[m_first];
+    arrival = m_ring[m_first];
     m_first = (m_first + 1) % m_ring.size();
     --m_count;
     return Woken::ByEvent;

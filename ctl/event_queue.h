@@ -11,6 +11,12 @@
 
 namespace ctl {
 
+// A notification, and when the library delivered it.
+struct Arrival {
+    OrvNotifyRecord record;
+    std::chrono::system_clock::time_point time;
+};
+
 // One a process and never destroyed: a delivery may still be in flight after the callback has been removed. It is of
 // fixed size, so that a delivery neither allocates nor throws into the library.
 class EventQueue {
@@ -25,7 +31,7 @@ public:
     void Deregister();
 
     // Takes the next event, waiting for it at most until `deadline`. Events that are there come before a wake-up.
-    Woken Wait(OrvNotifyRecord& record, std::optional<Clock::time_point> deadline);
+    Woken Wait(Arrival& arrival, std::optional<Clock::time_point> deadline);
     // Ends the current wait, or the next one, once. From any thread.
     void Wake();
     // Events that came while the queue was full.
@@ -38,7 +44,7 @@ private:
 
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
-    std::vector<OrvNotifyRecord> m_ring;
+    std::vector<Arrival> m_ring;
     size_t m_first = 0;
     size_t m_count = 0;
     unsigned long m_lost = 0;

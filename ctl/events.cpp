@@ -1,5 +1,6 @@
 #include "ctl/events.h"
 
+#include "ctl/alphabet.h"
 #include "ctl/text.h"
 
 #include <algorithm>
@@ -203,13 +204,22 @@ Json OmaDmAlert(const Payload& p)
             {"type", a.nType}};
 }
 
+Json UssdText(const OrvUSSDPayload& u)
+{
+    const size_t length = std::min<size_t>(u.uLength, sizeof u.aData);
+    const std::string_view octets(reinterpret_cast<const char*>(u.aData), length);
+    const std::optional<std::string> text = FromCoding(u.uDataCodingScheme, octets);
+    return text ? Json(*text) : Json();
+}
+
 Json Ussd(const Payload& p)
 {
     const OrvUSSDPayload& u = p.USSD;
     return {{"type", u.uType},
             {"data_coding_scheme", u.uDataCodingScheme},
             {"length", u.uLength},
-            {"data", Octets(u.aData, sizeof u.aData, u.uLength)}};
+            {"data", Octets(u.aData, sizeof u.aData, u.uLength)},
+            {"text", UssdText(u)}};
 }
 
 // These two carry no length: the trailing zero octets are left out.

@@ -68,6 +68,14 @@ int Client::Execute(int argc, char** argv)
     throw UsageError("a command is needed");
 }
 
+void Client::RunWithModule(CLI::App* sub, Body body)
+{
+    Run(sub, [this, body = std::move(body)] {
+        Prepare();
+        return body();
+    });
+}
+
 Simulator& Client::RequireSimulator()
 {
     if (!m_model) throw UsageError("this command needs a simulated module: --sim cdma or --sim umts");
@@ -91,6 +99,10 @@ int Run(int argc, char** argv)
     ctl::AddCoreCommands(client);
     ctl::AddAtCommands(client);
     ctl::AddEventCommands(client);
+    ctl::AddMonitorCommands(client);
+    ctl::AddCallCommands(client);
+    ctl::AddUssdCommands(client);
+    ctl::AddAudioCommands(client);
     ctl::AddSimulatorCommands(client);
     ctl::AddDemoCommands(client);
     try {

@@ -26,6 +26,14 @@ Json ErrorObject(const std::exception& error)
         if (call->FailureReason()) object["failure_reason"] = *call->FailureReason();
         return object;
     }
+    if (const auto* call = dynamic_cast<const VendorCallFailed*>(&error)) {
+        Json object = {{"function", std::string("COrvGobiDll::") + call->Method()},
+                       {"code", call->Status()},
+                       {"name", "VENDOR_STATUS"},
+                       {"meaning", error.what()}};
+        if (call->FailureReason()) object["failure_reason"] = *call->FailureReason();
+        return object;
+    }
     const bool usage = dynamic_cast<const UsageError*>(&error) != nullptr;
     return {{"function", nullptr},
             {"code", nullptr},
@@ -53,6 +61,12 @@ void Report::AddHidden(const std::string& place, Json value) { m_result[Pointer(
 
 void Report::AddLine(const std::string& line) { m_rows.push_back({"", Printable(line)}); }
 
+void Report::Merge(const Report& other)
+{
+    m_rows.insert(m_rows.end(), other.m_rows.begin(), other.m_rows.end());
+    m_result.update(other.m_result);
+}
+
 std::string Report::ToText() const
 {
     size_t width = 0;
@@ -73,6 +87,15 @@ void PrintLine(const std::string& line)
 {
     std::cout << line << '\n' << std::flush;
     if (!std::cout) throw ClientError("standard output cannot be written");
+}
+
+void PrintLines(const std::string& text)
+{
+    for (size_t begin = 0; begin <= text.size();) {
+        const size_t end = std::min(text.find_first_of("\r\n", begin), text.size());
+        PrintLine(Printable(text.substr(begin, end - begin)));
+        begin = end + (text.compare(end, 2, "\r\n") == 0 ? 2 : 1);
+    }
 }
 
 void PrintJson(const Json& value) { PrintLine(value.dump(-1, ' ', false, Json::error_handler_t::replace)); }

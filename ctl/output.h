@@ -24,7 +24,10 @@ public:
     // A value that only the JSON form has, and a line that only the text form has.
     void AddHidden(const std::string& place, Json value);
     void AddLine(const std::string& line);
+    // Everything that `other` has.
+    void Merge(const Report& other);
 
+    const std::string& Command() const { return m_command; }
     std::string ToText() const;
     Json ToJson() const;
 
@@ -43,6 +46,8 @@ std::string PlainText(const Json& value);
 
 // Writes one line to standard output and flushes it. Throws ClientError when it cannot be written.
 void PrintLine(const std::string& line);
+// A text of the module's: its line breaks, of whichever kind, stand; other control characters show as \xNN.
+void PrintLines(const std::string& text);
 // One line, valid UTF-8 whatever the strings hold.
 void PrintJson(const Json& value);
 void Print(const Report& report, bool json);

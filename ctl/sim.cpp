@@ -1,4 +1,4 @@
-// The commands for the simulated module itself: sim run, sim command, sim exec.
+// The commands for the simulated module itself: sim run, sim command, sim emit, sim exec.
 
 #include "ctl/client.h"
 #include "ctl/listen.h"
@@ -37,6 +37,41 @@ int RunCommands(Client& client, const std::vector<std::string>& lines)
     report.AddHidden("replies", std::move(replies));
     client.Answer(report);
     return 0;
+}
+
+// --- sim emit
+// ---------------------------------------------------------------------------------------------------------
+
+// A word as it has to stand in a line: in quotes where it would be read as something else.
+std::string Quoted(const std::string& word)
+{
+    if (!word.empty() && word.find_first_of(" \t\r\n\"\\#") == std::string::npos) return word;
+    std::string out = "\"";
+    for (const char c : word) {
+        if (c == '"' || c == '\\') out += '\\';
+        out += c == '\n' ? "\\n" : c == '\r' ? "\\r" : c == '\t' ? "\\t" : std::string(1, c);
+    }
+    return out + '"';
+}
+
+int Emit(Client& client, const std::vector<std::string>& words)
+{
+    std::string line = "emit";
+    for (const std::string& word : words)
+        line += " " + Quoted(word);
+    std::string reply;
+    ListenOptions options;
+    options.command = "sim emit";
+    options.cause = [&](Simulator& simulator) { reply = simulator.Command(line); };
+    options.ends_with_cause = true;
+    options.end = [&](bool) {
+        if (!client.Json() && reply != "delivered") PrintLine(reply);
+    };
+    options.report = [&](Report& report) {
+        report.AddHidden("line", line);
+        report.AddHidden("reply", reply);
+    };
+    return Listen(client, options);
 }
 
 // --- sim exec
@@ -131,7 +166,8 @@ void AddSimulatorCommands(Client& client)
     client.Run(run, [&client, file] {
         ListenOptions options;
         options.command = "sim run";
-        options.scenario = *file;
+        options.cause = RunsScenario(*file);
+        options.ends_with_cause = true;
         return Listen(client, options);
     });
 
@@ -140,6 +176,12 @@ void AddSimulatorCommands(Client& client)
     const auto lines = std::make_shared<std::vector<std::string>>();
     command->add_option("LINE", *lines, "Commands, each one argument")->required();
     client.Run(command, [&client, lines] { return RunCommands(client, *lines); });
+
+    CLI::App* const emit =
+        sim->add_subcommand("emit", "Let the simulated module raise an event, and print what is delivered");
+    const auto words = std::make_shared<std::vector<std::string>>();
+    emit->add_option("EVENT", *words, "The event and its arguments (sim command events lists them)")->required();
+    client.Run(emit, [&client, words] { return Emit(client, *words); });
 
     CLI::App* const exec = sim->add_subcommand(
         "exec", "Run a program against a simulated module: sim exec MODEL -- PROGRAM [ARGUMENT...]");

@@ -290,13 +290,26 @@ static const VoiceCall* Dial(const BYTE* digits, ULONG count, BYTE type, BYTE cl
     return one;
 }
 
-// The next step of a call that this side dialled, if it still takes one.
+// A call that rings or waits is answered on this side; those in conversation are held.
+static ULONG TakeUp(VoiceCall& one, Report& report)
+{
+    const bool waits = one.state == GOBI_CALL_WAITING;
+    if (one.state != GOBI_CALL_INCOMING && !waits) return kNoEffect;
+    if (waits && NextIn(GOBI_CALL_CONVERSATION) && NextIn(GOBI_CALL_HELD)) return kRefusedByNetwork;
+    MoveAll(GOBI_CALL_CONVERSATION, GOBI_CALL_HELD, report);
+    MoveTo(one, GOBI_CALL_CONVERSATION, report);
+    return kSuccess;
+}
+
+// The next step of a call, if it still takes one: of one that was dialled the other side's, of one that came in this
+// side's, as with the button of a headset.
 static void Proceed(VoiceCall& one)
 {
     const CallsState& state = TheModule().calls;
-    if (one.direction != 1) return;
     Report report;
-    if (one.state == GOBI_CALL_ORIGINATING && state.refusal != 0) {
+    if (one.direction != 1) {
+        TakeUp(one, report); // refused as the client would be: nothing changes
+    } else if (one.state == GOBI_CALL_ORIGINATING && state.refusal != 0) {
         End(one, state.refusal, report);
         Settle(report);
     } else if (one.state == GOBI_CALL_ORIGINATING) {
@@ -359,7 +372,7 @@ static void ComeIn(Command& command)
     }
 }
 
-// The other side's part.
+// What happens to calls without the client.
 void CallVerb(Command& command)
 {
     if (command.Take("incoming")) return ComeIn(command);
@@ -424,12 +437,8 @@ extern "C" ULONG AnswerCall(BYTE* call_id, BYTE* answered_id)
     if (!call_id || !answered_id) return kInvalidArgument;
     VoiceCall* const one = FindCall(*call_id);
     if (!one) return kNotFound;
-    const bool waits = one->state == GOBI_CALL_WAITING;
-    if (one->state != GOBI_CALL_INCOMING && !waits) return kNoEffect;
-    if (waits && NextIn(GOBI_CALL_CONVERSATION) && NextIn(GOBI_CALL_HELD)) return kRefusedByNetwork;
     Report report;
-    MoveAll(GOBI_CALL_CONVERSATION, GOBI_CALL_HELD, report);
-    MoveTo(*one, GOBI_CALL_CONVERSATION, report);
+    if (const ULONG status = TakeUp(*one, report)) return status;
     call.Put(answered_id, one->id);
     return call.Done();
 }

@@ -66,6 +66,20 @@ TEST_F(SimulatorVoice, ACallThatComesInIsAnsweredRefusedOrGivenUp)
     EXPECT_EQ(Dial("777"), 12u);
 }
 
+TEST_F(SimulatorVoice, ACallThatComesInCanBeAnsweredWithoutTheClient)
+{
+    sim.Command("call incoming 11");
+    sim.Command("call proceeds 1");
+    EXPECT_EQ(Told(), (Lines{"1:2:0 11", "1:3:0 11"}));
+    sim.Command("call incoming 22");
+    sim.Command("call proceeds 2");
+    sim.Command("call incoming 33");
+    Told();
+    sim.Command("call proceeds 3");
+    EXPECT_EQ(Told(), Lines{}) << "one talks and one is held";
+    EXPECT_EQ(sim.Command("call list"), "1 held from 11\n2 conversation from 22\n3 waiting from 33");
+}
+
 // Call 1 talks and call 2 waits, or is held, or both belong together.
 TEST_F(SimulatorVoice, ManagesCallsAsEachKindSays)
 {
