@@ -158,8 +158,10 @@ static WORD SetBarring(const voiceSetSUPSServiceReq& request, const Group& group
     const bool on = request.action == GOBI_SUPS_ACTIVATE;
     if ((!on && request.action != GOBI_SUPS_DEACTIVATE) || (on && group.count > 1)) return kIllegalOperation;
     if (const WORD cause = CheckPassword(request.password)) return cause;
-    for (ULONG i = group.first; i < ULONG{group.first} + group.count; ++i)
-        SetClasses(TheModule().supplementary.barring[i], ClassesOf(request.serviceClass), on);
+    for (ULONG i = 0; i < kBarrings; ++i) {
+        const bool is_member = i >= group.first && i < ULONG{group.first} + group.count;
+        if (is_member) SetClasses(TheModule().supplementary.barring[i], ClassesOf(request.serviceClass), on);
+    }
     return 0;
 }
 

@@ -23,7 +23,9 @@ void PendingCalls::EndAll()
     const Lock lock(m_mutex);
     if (m_pending == 0) return;
     ++m_generation;
-    if (m_event >= 0) eventfd_write(m_event, 1);
+    if (m_event < 0) return;
+    eventfd_write(m_event, 1);
+    m_signalled = true;
 }
 
 void PendingCalls::EndForGood()
@@ -45,9 +47,10 @@ unsigned PendingCalls::Enter()
 void PendingCalls::Leave()
 {
     const Lock lock(m_mutex);
-    if (--m_pending > 0 || m_event < 0) return;
+    if (--m_pending > 0 || !m_signalled) return;
     eventfd_t ignored;
     eventfd_read(m_event, &ignored); // the last one that was ended puts the signal back
+    m_signalled = false;
 }
 
 bool PendingCalls::HasEnded(unsigned ticket)

@@ -28,6 +28,7 @@ private:
     // Guarded by m_mutex.
     unsigned m_pending = 0;
     unsigned m_generation = 0; // counts the times that the pending calls were ended; a ticket is its value at the start
+    bool m_signalled = false;  // m_event is readable
     bool m_closed = false;
 };
 

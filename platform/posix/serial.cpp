@@ -247,9 +247,9 @@ BOOL PurgeComm(HANDLE port, DWORD flags)
     seam::NotePurge(flags);
     if (flags & PURGE_TXABORT) file->writes.EndAll();
     if (flags & PURGE_RXABORT) file->reads.EndAll();
-    if ((flags & PURGE_TXCLEAR) && tcflush(file->descriptor, TCOFLUSH) != 0) return FailPort();
-    if ((flags & PURGE_RXCLEAR) && tcflush(file->descriptor, TCIFLUSH) != 0) return FailPort();
-    return TRUE;
+    const bool out = flags & PURGE_TXCLEAR, in = flags & PURGE_RXCLEAR;
+    if (!out && !in) return TRUE;
+    return tcflush(file->descriptor, out && in ? TCIOFLUSH : out ? TCOFLUSH : TCIFLUSH) == 0 || FailPort();
 }
 
 } // namespace talvek_platform
