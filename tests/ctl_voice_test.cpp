@@ -292,7 +292,7 @@ TEST_F(CtlVoice, UssdFailsWithTheReason)
         {"no reply",
          "set ussd.reply \"\"\n",
          {"send", "*100#", "--timeout", "0.05"},
-         {{"meaning", "the time is up: what was waited for did not come"}}},
+         {{"meaning", "the time is up: the network's reply did not come"}}},
         {"the network had enough",
          "set ussd.questions 1\n",
          {"send", "*100#", "--then", "1", "--then", "2"},
