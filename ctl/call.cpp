@@ -124,7 +124,7 @@ struct WatchOptions {
 struct OwnCall {
     BYTE id = 0;
     bool up = false;
-    Json end_reason;
+    std::optional<ULONG> end_reason;
 
     void End()
     {
@@ -183,7 +183,7 @@ int SetUp(Client& client, const std::string& command, bool watch, const std::fun
     options.end = [&](bool) { call.End(); };
     options.report = [&](Report& answer) {
         answer.Merge(report);
-        answer.AddHidden("end_reason", call.end_reason);
+        answer.AddHidden("end_reason", call.end_reason ? Json(*call.end_reason) : Json());
     };
     return Listen(client, options);
 }
