@@ -192,8 +192,11 @@ TEST_F(CtlVoice, AnswerAndEndTakeTheCallThatTheyMustMean)
             EXPECT_EQ(answer["meaning"], row.meaning);
     }
     EXPECT_EQ(Answer(kRings, {"call", "end", "7"})["function"], "OrvEndCall");
-    EXPECT_EQ(Answer("call incoming 11\non AnswerCall after 100 call ends 1\n", {"call", "answer", "--watch"}),
-              (Json{{"call_id", 1}, {"end_reason", 16}, {"delivered", 3}, {"lost", 0}}));
+    const Json watched =
+        Answer("call incoming 11\non AnswerCall after 200 call ends 1 31\n", {"call", "answer", "--watch"});
+    EXPECT_EQ(watched["call_id"], 1);
+    EXPECT_EQ(watched["end_reason"], 31);
+    EXPECT_GE(watched["delivered"], 2) << "connected and ended; that it rings may have been told before";
     EXPECT_EQ(Run(kRings, {"call", "end", "0"}).status, 2);
     EXPECT_EQ(Run(kRings, {"call", "end", "256"}).status, 2);
 }
