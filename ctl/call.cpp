@@ -124,7 +124,7 @@ struct WatchOptions {
 struct OwnCall {
     BYTE id = 0;
     bool up = false;
-    Json end_reason;
+    std::optional<ULONG> end_reason;
 
     void End()
     {
@@ -183,7 +183,7 @@ int SetUp(Client& client, const std::string& command, bool watch, const std::fun
     options.end = [&](bool) { call.End(); };
     options.report = [&](Report& answer) {
         answer.Merge(report);
-        answer.AddHidden("end_reason", call.end_reason);
+        answer.AddHidden("end_reason", call.end_reason ? Json(*call.end_reason) : Json());
     };
     return Listen(client, options);
 }
@@ -291,9 +291,9 @@ int HoldOrSwap(Client& client, bool swap, std::optional<ULONG> id)
     if (id && !named)
         throw ClientError(call + (swap ? " is neither held nor does it wait" : " is not in conversation"));
     // The network takes the call that waits, if there is one, and all that are held otherwise.
-    const bool other = swap && id && others.size() > 1 && InState(others, {GOBI_CALL_WAITING}).size() == 1 &&
-                       InState(others, {GOBI_CALL_WAITING})[0].id != *id;
-    if (other) throw ClientError(call + " cannot be talked to while another one waits");
+    const std::vector<CallEntry> waiting = InState(calls, {GOBI_CALL_WAITING});
+    if (swap && id && !waiting.empty() && waiting[0].id != *id)
+        throw ClientError(call + " cannot be talked to while another one waits");
     if (id && !swap)
         Manage(GOBI_MANAGE_HOLD_ALL_BUT_ONE, static_cast<BYTE>(*id));
     else
@@ -340,7 +340,8 @@ void AddCallCommands(Client& client)
         client.RunWithModule(sub, [&client, id, run] { return run(client, *id); });
     };
     with_id("end", "End a call, or refuse it", "The call (default: the only one)", EndCall);
-    with_id("hold", "Hold the calls in conversation", "Hold all of them but this one",
+    with_id("hold", "Hold the calls in conversation (one that is held or waits is then talked to)",
+            "Hold all of them but this one",
             [](Client& c, std::optional<ULONG> id) { return HoldOrSwap(c, false, id); });
     with_id("swap", "Hold the calls in conversation, and talk to the one that is held or waits",
             "The call that is to be talked to, which must be held or wait",

@@ -101,7 +101,7 @@ bool IsDone(Simulator& simulator)
 std::string Missed(const ListenOptions& options, unsigned long printed, bool by_time)
 {
     const std::string reason = by_time ? "the time is up: " : "nothing more is to come: ";
-    if (!options.count) return reason + "what was waited for did not come";
+    if (!options.count) return reason + options.awaited + " did not come";
     return reason + std::to_string(printed) + " of " + std::to_string(*options.count) + " events came";
 }
 

@@ -29,6 +29,7 @@ struct ListenOptions {
     std::function<void(const Arrival& arrival)> print;
     // Whether this event, which has been printed, is the last one. Without it before `timeout` the command fails.
     std::function<bool(const OrvNotifyRecord& record)> last;
+    std::string awaited; // what that is, for the failure
     // At the end, with the module still connected.
     std::function<void(bool interrupted)> end;
     // Adds to the JSON answer, after `end`.

@@ -119,7 +119,8 @@ int Dialogue::Run(bool request)
             Answer();
         return answers != 0 || m_replies.empty();
     };
-    options.print = [](const Arrival&) {};
+    options.print = [](const Arrival&) {}; // TakeReply prints
+    options.awaited = "the network's reply";
     options.last = [this](const OrvNotifyRecord& record) {
         const OrvUSSDPayload& payload = record.payload.USSD;
         return TakeReply(payload.uDataCodingScheme, payload.aData,
