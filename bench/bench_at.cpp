@@ -1,4 +1,7 @@
-// What an exchange over the AT port takes, against a bare write and read of the same octets on the same line.
+// What an exchange over the AT port takes, against a bare write and read of the same octets on the same line, which
+// ends at the AT modem of the simulated module. `bench_at immediate` puts a responder there that answers at once, to
+// see the library's own share larger than life.
+#include <dlfcn.h>
 #include <errno.h>
 #include <fcntl.h>
 #include <sched.h>
@@ -9,6 +12,7 @@
 #include "bench/at_responder.h"
 #include "bench/module.h"
 #include "bench/pairs.h"
+#include "sim/control.h"
 
 namespace {
 
@@ -46,22 +50,42 @@ bool StayOnOneProcessor()
     return sched_setaffinity(0, sizeof processors, &processors) == 0;
 }
 
+// The path of the simulated module's AT port, or null after a message.
+const char* SimulatedPort()
+{
+    static char port[256];
+    void* const library = dlopen(BENCH_SIMULATOR, RTLD_NOW | RTLD_LOCAL);
+    using Command = decltype(&TalvekSimCommand);
+    const auto command = library ? reinterpret_cast<Command>(dlsym(library, "TalvekSimCommand")) : nullptr;
+    if (command && command("model umts:5120", port, sizeof port) == 0 && command("serial name", port, sizeof port) == 0)
+        return port;
+    fprintf(stderr, "no simulated module: %s\n", command ? port : dlerror());
+    return nullptr;
+}
+
 } // namespace
 
-int main()
+int main(int argc, char** argv)
 {
     RefuseLog();
     UseBenchModule();
+    const bool immediate = argc > 1 && strcmp(argv[1], "immediate") == 0;
     AtResponder modem;
     ModuleRegistry registry;
-    if (!StayOnOneProcessor() || !modem.Start() || !registry.Write(ORV_DEVICE_5120, modem.PortName())) {
+    if (!StayOnOneProcessor() || (immediate && !modem.Start())) {
+        perror("bench_at");
+        return 2;
+    }
+    const char* const port = immediate ? modem.PortName() : SimulatedPort();
+    if (!port) return 2;
+    if (!registry.Write(ORV_DEVICE_5120, port)) {
         perror("bench_at");
         return 2;
     }
     if (!StartModule(1)) return 2;
-    s_line = open(modem.PortName(), O_RDWR | O_NOCTTY);
+    s_line = open(port, O_RDWR | O_NOCTTY);
     if (s_line < 0) {
-        perror(modem.PortName());
+        perror(port);
         return 2;
     }
     const bool met = JudgePair("OrvATGetCLIP against a bare write and read", ByLibrary, ByHand, 1000, 1.05);

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <string.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 #include <string>
 #include <vector>
@@ -319,6 +322,24 @@ TEST(Lifecycle, SelectsAModuleWhosePortCannotBeUsed)
         EXPECT_EQ(log.Count(row.log), 1) << log.Dump();
         EXPECT_EQ(OrvApiShutdown(), ORV_RCODE_OK);
     }
+}
+
+TEST(Lifecycle, SelectsAModuleWhosePortIsHeldByAnotherProgram)
+{
+    SimHarness sim("umts:5120");
+    const std::string port = sim.Command("serial name");
+    const int held = open(port.c_str(), O_RDWR | O_NOCTTY);
+    ASSERT_GE(held, 0);
+    ASSERT_EQ(flock(held, LOCK_EX | LOCK_NB), 0);
+    ASSERT_EQ(OrvApiStartup(), ORV_RCODE_OK);
+    LogCapture log;
+    EXPECT_EQ(Select(0x5120), ORV_RCODE_OK);
+    EXPECT_EQ(log.Count("CreateFile() on " + port + ": failed, errno 5"), 1) << log.Dump();
+    EXPECT_EQ(log.Find("AT Port Initialize failed").kind, 2);
+    close(held);
+    EXPECT_EQ(Select(0x5120), ORV_RCODE_OK);
+    EXPECT_EQ(log.Count("Mobile Termination Error Values set to Numeric"), 1) << "once it is free";
+    EXPECT_EQ(OrvApiShutdown(), ORV_RCODE_OK);
 }
 
 TEST(Lifecycle, KeepsThePortOverASecondSelection)
