@@ -28,5 +28,6 @@ add_library(talvek_library_code INTERFACE)
 target_link_libraries(talvek_library_code INTERFACE talvek_warnings)
 target_include_directories(talvek_library_code INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
 target_compile_options(talvek_library_code INTERFACE
-  -fvisibility=hidden
+  -fvisibility=hidden -ffunction-sections -fdata-sections
+  $<$<CONFIG:Release>:-O2>   # smaller than CMake's own -O3, and no slower where it is measured
   $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics -fvisibility-inlines-hidden>)
