@@ -154,7 +154,7 @@ Lines ExpectedLog(const Method& method, const Arguments& arguments, ULONG status
 #define METHOD(name, entry) LOGGED(name, entry, Never, "")
 #define LOGGED(name, entry, when, text)                                                                                \
     {                                                                                                                  \
-        #name, entry, [](COrvGobiDll& gobi, Arguments& a) { return Drive(gobi, a, &COrvGobiDll::name); }, when, text   \
+#name, entry, [](COrvGobiDll & gobi, Arguments & a) { return Drive(gobi, a, &COrvGobiDll::name); }, when, text \
     }
 const Method kMethods[] = {
     // clang-format off

@@ -1,23 +1,25 @@
 /*
  * Settings that the vendor library does not offer, over the module's AT port.
  *
- * OrvSelectAirServer opens the port of a GSM/UMTS module. On a CDMA module it stays closed: the functions that say so open it
- * for the length of the call, on the port that the registry value "ComPort" names.
+ * OrvSelectAirServer opens the port of a GSM/UMTS module. On a CDMA module it stays closed: the functions that say so
+ * open it for the length of the call, on the port that the registry value "ComPort" names.
  *
- * Each function sends one command line, or two, and waits for "OK" or "ERROR" without a time-out: a module that keeps silent
- * keeps the caller waiting until the port is hung up. One call at a time; a command and its reply must not meet another.
+ * Each function sends one command line, or two, and waits for "OK" or "ERROR" without a time-out: a module that keeps
+ * silent keeps the caller waiting until the port is hung up. One call at a time; a command and its reply must not meet
+ * another.
  *
- * Results, in the order in which they are found: 10 before start-up; 1 on a module that is not GSM/UMTS, where a function
- * serves these only; 354 when the port is not open (or cannot be opened); 5 when the module refuses a command, or answers
- * with something else than the function expects; 0. The log has the number of a "+CME ERROR" where the module gives one.
- * Outputs are written on 0 only.
+ * Results, in the order in which they are found: 10 before start-up; 1 on a module that is not GSM/UMTS, where a
+ * function serves these only; 354 when the port is not open (or cannot be opened); 5 when the module refuses a command,
+ * or answers with something else than the function expects; 0. The log has the number of a "+CME ERROR" where the
+ * module gives one. Outputs are written on 0 only.
  */
 #ifndef TALVEK_AT_H
 #define TALVEK_AT_H
 
 #include "talvek/rcode.h"
 
-/* --- supplementary services of a GSM/UMTS module ------------------------------------------------------------------------ */
+/* --- supplementary services of a GSM/UMTS module
+ * ------------------------------------------------------------------------ */
 
 /*
  * The presentation of the caller's number (3GPP TS 27.007, +CLIP).
@@ -26,9 +28,8 @@
  */
 ORV_API ORV_RCODE ORV_CALL OrvATSetCLIP(BYTE mode);
 /*
- * n [out]: the setting, 0 or 1. m [out]: the service in the network: 0 not provisioned, 1 provisioned, 2 unknown. Larger
- * numbers of the module are cut to eight bits, here and below.
- * Returns 0, 1, 5, 10 or 354; 4 for a null pointer.
+ * n [out]: the setting, 0 or 1. m [out]: the service in the network: 0 not provisioned, 1 provisioned, 2 unknown.
+ * Larger numbers of the module are cut to eight bits, here and below. Returns 0, 1, 5, 10 or 354; 4 for a null pointer.
  */
 ORV_API ORV_RCODE ORV_CALL OrvATGetCLIP(BYTE* n, BYTE* m);
 
@@ -39,9 +40,8 @@ ORV_API ORV_RCODE ORV_CALL OrvATGetCLIP(BYTE* n, BYTE* m);
  */
 ORV_API ORV_RCODE ORV_CALL OrvATSetCLIR(BYTE mode);
 /*
- * n [out]: the setting, 0 to 2. m [out]: the service in the network: 0 not provisioned, 1 permanent, 2 unknown, 3 temporary
- * and restricted, 4 temporary and shown.
- * Returns 0, 1, 5, 10 or 354; 4 for a null pointer.
+ * n [out]: the setting, 0 to 2. m [out]: the service in the network: 0 not provisioned, 1 permanent, 2 unknown, 3
+ * temporary and restricted, 4 temporary and shown. Returns 0, 1, 5, 10 or 354; 4 for a null pointer.
  */
 ORV_API ORV_RCODE ORV_CALL OrvATGetCLIR(BYTE* n, BYTE* m);
 
@@ -76,22 +76,21 @@ ORV_API ORV_RCODE ORV_CALL OrvATGetCOLR(BYTE* n);
  */
 ORV_API ORV_RCODE ORV_CALL OrvATReleaseCall(ULONG callIndex);
 
-/* --- the module itself, of either technology ---------------------------------------------------------------------------- */
+/* --- the module itself, of either technology
+ * ---------------------------------------------------------------------------- */
 
 /*
- * How the module presents itself on the USB. Opens the port of a CDMA module for the call. Opens the module's restricted
- * command set first.
- * setting [in]: terminated 8-bit text, the module's own; handed to it unchanged, so that a line break in it would begin
- *   another command.
- * Returns 0, 5, 10 or 354; 4 for a null text or one that does not fit a command line of 259 characters: nothing is then sent.
+ * How the module presents itself on the USB. Opens the port of a CDMA module for the call. Opens the module's
+ * restricted command set first. setting [in]: terminated 8-bit text, the module's own; handed to it unchanged, so that
+ * a line break in it would begin another command. Returns 0, 5, 10 or 354; 4 for a null text or one that does not fit a
+ * command line of 259 characters: nothing is then sent.
  */
 ORV_API ORV_RCODE ORV_CALL OrvATSetEnum(const char* setting);
 
 /*
- * The side-tone gain of the audio codec. Opens the module's restricted command set first. Does not open the port of a CDMA
- * module: 354.
- * first [in]: sent in decimal. second [in]: sent in hexadecimal. Both are the module's own.
- * Returns 0, 5, 10 or 354.
+ * The side-tone gain of the audio codec. Opens the module's restricted command set first. Does not open the port of a
+ * CDMA module: 354. first [in]: sent in decimal. second [in]: sent in hexadecimal. Both are the module's own. Returns
+ * 0, 5, 10 or 354.
  */
 ORV_API ORV_RCODE ORV_CALL OrvATSetSideToneGain(int32_t first, int32_t second);
 

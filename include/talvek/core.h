@@ -1,11 +1,11 @@
 /*
  * Life cycle, module discovery, and the functions that serve either technology.
  *
- * Expected order: OrvApiStartup, OrvGetAvailAirServers, OrvSelectAirServer with the first record of the list, then any other
- * function, and OrvApiShutdown last. One call at a time: the library does not serialise a client's threads.
+ * Expected order: OrvApiStartup, OrvGetAvailAirServers, OrvSelectAirServer with the first record of the list, then any
+ * other function, and OrvApiShutdown last. One call at a time: the library does not serialise a client's threads.
  *
- * Results named in a comment are those that the function gives itself; "vendor" means that a failing vendor call gives its
- * converted status: 1 (1025), 2 (5), 7 (15), 600 (1026), else 5.
+ * Results named in a comment are those that the function gives itself; "vendor" means that a failing vendor call gives
+ * its converted status: 1 (1025), 2 (5), 7 (15), 600 (1026), else 5.
  */
 #ifndef TALVEK_CORE_H
 #define TALVEK_CORE_H
@@ -22,7 +22,8 @@ typedef enum tagORV_TYPE_WirelessTech {
     ORV_TECH_FORCE_32_BIT = 0x7FFFFFFF
 } ORV_TYPE_WirelessTech;
 
-/* The USB product IDs that are accepted, with USB vendor ID 0x3D5E. The product ID is the device ID of this interface. */
+/* The USB product IDs that are accepted, with USB vendor ID 0x3D5E. The product ID is the device ID of this interface.
+ */
 enum { ORV_DEVICE_5101 = 0x5101, ORV_DEVICE_5111 = 0x5111, ORV_DEVICE_5120 = 0x5120, ORV_DEVICE_5141 = 0x5141 };
 
 /* A module that can be selected. */
@@ -85,26 +86,29 @@ static_assert(sizeof(OrvPriInfo) == 24 && offsetof(OrvPriInfo, uPriCarrier) == 2
 static_assert(sizeof(OrvIpConfiguration) == 28 && offsetof(OrvIpConfiguration, uIpAddress) == 8, "flag octet padded");
 #endif
 
-/* --- life cycle ------------------------------------------------------------------------------------------------------ */
+/* --- life cycle ------------------------------------------------------------------------------------------------------
+ */
 
 /*
  * Empties the notification registry and loads the vendor library "GobiApi.dll" ("libGobiApi.so").
- * Returns 0, or 9 when the library cannot be loaded or lacks its connect or disconnect entry point. After a library that
- * could not be loaded at all, a second call returns 0 without trying again; every call to the module then fails with 5.
- * May be called again after OrvApiShutdown, and should be before the next OrvSelectAirServer: it empties the registry.
+ * Returns 0, or 9 when the library cannot be loaded or lacks its connect or disconnect entry point. After a library
+ * that could not be loaded at all, a second call returns 0 without trying again; every call to the module then fails
+ * with 5. May be called again after OrvApiShutdown, and should be before the next OrvSelectAirServer: it empties the
+ * registry.
  */
 ORV_API ORV_RCODE ORV_CALL OrvApiStartup(void);
 
 /*
- * Unregisters the device-removal event, closes the AT port and disconnects from the module. The vendor library stays loaded.
- * Returns 0 or vendor; 5 before start-up. On failure the technology stays set, but the port is closed.
+ * Unregisters the device-removal event, closes the AT port and disconnects from the module. The vendor library stays
+ * loaded. Returns 0 or vendor; 5 before start-up. On failure the technology stays set, but the port is closed.
  */
 ORV_API ORV_RCODE ORV_CALL OrvApiShutdown(void);
 
 /*
  * Tells which module is there: at most one, named by the registry value "DeviceID".
  * list [out]: numAirServers = 1 and the first record's uDeviceID; nothing else is written, and nothing on failure.
- * Returns 0; 5 when list is null, before start-up, when the registry cannot be read, or for a device that is not accepted.
+ * Returns 0; 5 when list is null, before start-up, when the registry cannot be read, or for a device that is not
+ * accepted.
  */
 ORV_API ORV_RCODE ORV_CALL OrvGetAvailAirServers(OrvAirServerList* list);
 
@@ -112,8 +116,8 @@ ORV_API ORV_RCODE ORV_CALL OrvGetAvailAirServers(OrvAirServerList* list);
  * Connects to the module, decides its technology, reads its revisions, and opens the AT port of a GSM/UMTS module.
  * record [in]: only uDeviceID is read.
  * Returns 0; 10 before start-up; 4 when record is null or its device is not accepted; 5 when the technology cannot be
- * determined (the connection stays up); or vendor. A port that cannot be opened is logged, not reported: AT functions then
- * return 354. May be called again.
+ * determined (the connection stays up); or vendor. A port that cannot be opened is logged, not reported: AT functions
+ * then return 354. May be called again.
  */
 ORV_API ORV_RCODE ORV_CALL OrvSelectAirServer(OrvAirServer* record);
 
@@ -125,9 +129,9 @@ ORV_API ORV_RCODE ORV_CALL OrvSelectAirServer(OrvAirServer* record);
 ORV_API ORV_RCODE ORV_CALL OrvGetAirServerInfo(OrvAirServer record, OrvAirServerInfo* info);
 
 /*
- * To be called when the device changes its power state. 2 (D2) switches the signal-strength, RF and roaming events off in
- * the module before it returns; any other state is only logged. What is enabled stays enabled.
- * Returns 0, or 10 before start-up.
+ * To be called when the device changes its power state. 2 (D2) switches the signal-strength, RF and roaming events off
+ * in the module before it returns; any other state is only logged. What is enabled stays enabled. Returns 0, or 10
+ * before start-up.
  */
 ORV_API ORV_RCODE ORV_CALL OrvHandleSuspend(ULONG targetDx);
 
@@ -137,21 +141,22 @@ ORV_API ORV_RCODE ORV_CALL OrvHandleSuspend(ULONG targetDx);
  */
 ORV_API ORV_RCODE ORV_CALL OrvHandleResume(ULONG targetDx);
 
-/* --- notifications --------------------------------------------------------------------------------------------------- */
+/* --- notifications ---------------------------------------------------------------------------------------------------
+ */
 
 /*
  * Registers the one client callback, replacing an earlier one.
- * callback [in]: called on a thread of the vendor library or on a short-lived thread, mostly with the API-wide lock held: it
- *   may call this interface on its own thread but must not wait there for another thread that does.
- * filter: logged only; what is delivered is chosen with OrvNotify.
- * Returns 0, or 4 for a null callback. May be called before start-up; OrvApiStartup drops the registration.
+ * callback [in]: called on a thread of the vendor library or on a short-lived thread, mostly with the API-wide lock
+ * held: it may call this interface on its own thread but must not wait there for another thread that does. filter:
+ * logged only; what is delivered is chosen with OrvNotify. Returns 0, or 4 for a null callback. May be called before
+ * start-up; OrvApiStartup drops the registration.
  */
 ORV_API ORV_RCODE ORV_CALL OrvRegisterCallback(OrvNotifyCallback callback, ULONGLONG filter);
 
 /*
- * Removes the client callback; enabled notifications stay enabled for the next one. handle is not examined. A notification
- * that is delivered without the lock may still be in flight on another thread when this returns.
- * Returns 0.
+ * Removes the client callback; enabled notifications stay enabled for the next one. handle is not examined. A
+ * notification that is delivered without the lock may still be in flight on another thread when this returns. Returns
+ * 0.
  */
 ORV_API ORV_RCODE ORV_CALL OrvDeRegisterCallback(OrvNotifyCallback handle);
 
@@ -168,13 +173,14 @@ ORV_API ORV_RCODE ORV_CALL OrvNotify(ORV_NOTIFY id, ULONG reserved);
  */
 ORV_API ORV_RCODE ORV_CALL OrvStopNotify(ORV_NOTIFY id, ULONG reserved);
 
-/* --- identity -------------------------------------------------------------------------------------------------------- */
+/* --- identity --------------------------------------------------------------------------------------------------------
+ */
 
 /*
  * "manufacturer:model:hardware revision", widened.
- * buffer [out]: `size` characters; no terminator when the text fills it. Sizes count modulo 256, as the vendor's do; a part
- *   that fails or does not fit ends the text there.
- * Returns 0; 4 for a null buffer or size 0; 17 before start-up (the buffer then holds an empty text); or vendor.
+ * buffer [out]: `size` characters; no terminator when the text fills it. Sizes count modulo 256, as the vendor's do; a
+ * part that fails or does not fit ends the text there. Returns 0; 4 for a null buffer or size 0; 17 before start-up
+ * (the buffer then holds an empty text); or vendor.
  */
 ORV_API ORV_RCODE ORV_CALL OrvGetHardwareVersion(WCHAR* buffer, ULONG size);
 
@@ -193,10 +199,12 @@ ORV_API ORV_RCODE ORV_CALL OrvGetPriVersion(WCHAR* buffer, ULONG size);
  */
 ORV_API ORV_RCODE ORV_CALL OrvGetPriInfo(OrvPriInfo* record);
 
-/* The model, 8-bit, `size` octets with the terminator (the low 8 bits count). Returns 0; 10 before start-up; or vendor. */
+/* The model, 8-bit, `size` octets with the terminator (the low 8 bits count). Returns 0; 10 before start-up; or vendor.
+ */
 ORV_API ORV_RCODE ORV_CALL OrvGetModelID(ULONG size, char* buffer);
 
-/* --- radio and device ------------------------------------------------------------------------------------------------ */
+/* --- radio and device ------------------------------------------------------------------------------------------------
+ */
 
 /* Returns 0; 10 before start-up; 4 for a null record; or vendor (sizeStruct is then written all the same). */
 ORV_API ORV_RCODE ORV_CALL OrvGetRadioPower(OrvRadioPower* record);
@@ -219,7 +227,8 @@ ORV_API ORV_RCODE ORV_CALL OrvGetServingNetworkGobi(ULONG* mask);
 ORV_API ORV_RCODE ORV_CALL OrvGetAudioMode(ULONG* mode);
 ORV_API ORV_RCODE ORV_CALL OrvSetAudioMode(ULONG mode);
 
-/* --- firmware -------------------------------------------------------------------------------------------------------- */
+/* --- firmware --------------------------------------------------------------------------------------------------------
+ */
 
 /*
  * The firmware images that the module prefers. pImageListSize [in/out]: octets at pImageList, then octets used.
@@ -231,7 +240,8 @@ ORV_API ORV_RCODE ORV_CALL OrvSetImagePreference(ULONG imageListSize, BYTE* pIma
 /* Makes the image in the folder `path` (terminated, not null) the next one to load. */
 ORV_API ORV_RCODE ORV_CALL OrvUpgradeFirmware(WCHAR* path);
 
-/* --- data session ---------------------------------------------------------------------------------------------------- */
+/* --- data session ----------------------------------------------------------------------------------------------------
+ */
 
 /*
  * Starts a packet data session. APN, user and password are 8-bit texts and may be null for the profile's own.
@@ -249,7 +259,8 @@ ORV_API ORV_RCODE ORV_CALL OrvStopDataSession(ULONG sessionId);
  */
 ORV_API ORV_RCODE ORV_CALL OrvGetIPConfigurationGobi(OrvIpConfiguration* record);
 
-/* --- voice calls ----------------------------------------------------------------------------------------------------- */
+/* --- voice calls -----------------------------------------------------------------------------------------------------
+ */
 
 /* Handed to the vendor library as they are. Return 0; 10 before start-up; or vendor. */
 ORV_API ORV_RCODE ORV_CALL OrvDialCall(tDialReqParam* pRequest, BYTE* pCallID, alphaIDInfo* pAlphaID,

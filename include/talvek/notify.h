@@ -1,8 +1,8 @@
 /*
  * Notifications: the identifiers, the record that the client callback receives, and every payload.
  *
- * A record is cleared before it is filled. uPayloadSize is the number of payload octets that are meant; the last words of
- * most payloads are reserved and read 0. The record is the library's own and is valid during the callback only.
+ * A record is cleared before it is filled. uPayloadSize is the number of payload octets that are meant; the last words
+ * of most payloads are reserved and read 0. The record is the library's own and is valid during the callback only.
  */
 #ifndef TALVEK_NOTIFY_H
 #define TALVEK_NOTIFY_H
@@ -12,12 +12,12 @@
 /* An identifier. "Carried by N": delivered while N is enabled; OrvNotify itself refuses it. */
 typedef ULONG ORV_NOTIFY;
 enum {
-    ORV_NOTIFY_DeviceRemoved = 1,   /* the module left; needs a registered callback and a selected module only */
-    ORV_NOTIFY_PowerState = 5,      /* radio power changed; OrvSelectAirServer enables it */
+    ORV_NOTIFY_DeviceRemoved = 1, /* the module left; needs a registered callback and a selected module only */
+    ORV_NOTIFY_PowerState = 5,    /* radio power changed; OrvSelectAirServer enables it */
     ORV_NOTIFY_SignalStrength = 103,
     ORV_NOTIFY_ModemReset = 105,
-    ORV_NOTIFY_RFInfo = 114,        /* never delivered: only makes the module report, which is logged */
-    ORV_NOTIFY_NetworkTime = 116,   /* carried by the first of 103, 1002, 1039, 1040, 1042, 2027, 2032, and for good */
+    ORV_NOTIFY_RFInfo = 114,      /* never delivered: only makes the module report, which is logged */
+    ORV_NOTIFY_NetworkTime = 116, /* carried by the first of 103, 1002, 1039, 1040, 1042, 2027, 2032, and for good */
     ORV_NOTIFY_NewSMS = 500,
     ORV_NOTIFY_SMSSendStatus = 501,
     ORV_NOTIFY_CellBroadcast = 502, /* carried by 500 */
@@ -38,7 +38,7 @@ enum {
     ORV_NOTIFY_HdrRoaming = 1041,
     ORV_NOTIFY_HdrService = 1042,
     ORV_NOTIFY_GsmByteTotals = 2012,
-    ORV_NOTIFY_PhonebookReady = 2013, /* carried by 500, too */
+    ORV_NOTIFY_PhonebookReady = 2013,   /* carried by 500, too */
     ORV_NOTIFY_PhonebookRecords = 2014, /* carried by 500 */
     ORV_NOTIFY_EmergencyNumbers = 2015, /* carried by 500, and for good */
     ORV_NOTIFY_PLMNModeSet = 2016,
@@ -52,23 +52,24 @@ enum {
     ORV_NOTIFY_GsmPacketAlert = 2035, /* cannot be enabled, so never delivered */
     ORV_NOTIFY_OMADMState = 2269,
     ORV_NOTIFY_OMADMAlert = 2270,
-    ORV_NOTIFY_CallHold = 2280,    /* carried by 1027 */
-    ORV_NOTIFY_USSD = 2281,        /* carried by 1027 */
-    ORV_NOTIFY_FUMOEvent = 2283,   /* carried by 2269 */
-    ORV_NOTIFY_OMAEvent = 2284     /* carried by 2269 */
+    ORV_NOTIFY_CallHold = 2280,  /* carried by 1027 */
+    ORV_NOTIFY_USSD = 2281,      /* carried by 1027 */
+    ORV_NOTIFY_FUMOEvent = 2283, /* carried by 2269 */
+    ORV_NOTIFY_OMAEvent = 2284   /* carried by 2269 */
 };
 
-/* --- payloads, by identifier ----------------------------------------------------------------------------------------- */
+/* --- payloads, by identifier -----------------------------------------------------------------------------------------
+ */
 
 typedef struct tagOrvPowerStatePayload { /* 5 */
-    ULONG uPowerState; /* 0 radio on; 5, 1, 2, 3, 4 as the module's operating mode is converted */
-    ULONG uValid;      /* 1 */
+    ULONG uPowerState;                   /* 0 radio on; 5, 1, 2, 3, 4 as the module's operating mode is converted */
+    ULONG uValid;                        /* 1 */
     ULONG uReserved;
 } OrvPowerStatePayload;
 
 typedef struct tagOrvSignalStrengthPayload { /* 103 */
-    int32_t nRssi; /* dBm; -250 = no signal */
-    int32_t nEcio; /* -50 */
+    int32_t nRssi;                           /* dBm; -250 = no signal */
+    int32_t nEcio;                           /* -50 */
     ULONG uReserved;
 } OrvSignalStrengthPayload;
 
@@ -86,13 +87,13 @@ typedef struct tagOrvNetworkTimePayload { /* 116: in the order in which the modu
 } OrvNetworkTimePayload;
 
 typedef struct tagOrvNewSMSPayload { /* 500: read the message with the SMS functions */
-    ULONG uReserved[7]; /* payload size 16 on CDMA, 28 on GSM/UMTS */
+    ULONG uReserved[7];              /* payload size 16 on CDMA, 28 on GSM/UMTS */
 } OrvNewSMSPayload;
 
 typedef struct tagOrvSMSSendStatusPayload { /* 501 */
-    ULONG uMsgId;  /* CDMA: the message; GSM/UMTS: 0 */
-    ULONG uStatus; /* 0 sent; CDMA 2, GSM/UMTS 1 not sent */
-    ULONG uReserved[9]; /* payload size 16 on CDMA, 44 on GSM/UMTS */
+    ULONG uMsgId;                           /* CDMA: the message; GSM/UMTS: 0 */
+    ULONG uStatus;                          /* 0 sent; CDMA 2, GSM/UMTS 1 not sent */
+    ULONG uReserved[9];                     /* payload size 16 on CDMA, 44 on GSM/UMTS */
 } OrvSMSSendStatusPayload;
 
 typedef struct tagOrvCellBroadcastPayload { /* 502 */
@@ -109,14 +110,14 @@ typedef struct tagOrvValuePayload { /* 1002, 1003, 1041, 1042, 2013, 2016, 2017,
 } OrvValuePayload;
 
 typedef struct tagOrvByteTotalsPayload { /* 1006, 2012 */
-    ULONG uBytesSent;     /* low 32 bits */
-    ULONG uBytesReceived; /* low 32 bits */
+    ULONG uBytesSent;                    /* low 32 bits */
+    ULONG uBytesReceived;                /* low 32 bits */
     ULONG uReserved;
 } OrvByteTotalsPayload;
 
 typedef struct tagOrvCallOriginatingPayload { /* 1007 */
-    ULONG uCallType; /* 257 */
-    ULONG uStatus;   /* 1 */
+    ULONG uCallType;                          /* 257 */
+    ULONG uStatus;                            /* 1 */
     WCHAR szNumber[36];
     ULONG uReserved;
 } OrvCallOriginatingPayload;
@@ -129,7 +130,7 @@ typedef struct tagOrvCallStatusPayload { /* 1008, 1012, 2280 */
 } OrvCallStatusPayload;
 
 typedef struct tagOrvCallIncomingPayload { /* 1009 */
-    ULONG uKind; /* 0 voice, 5 emergency, 256 waiting */
+    ULONG uKind;                           /* 0 voice, 5 emergency, 256 waiting */
     ULONG uCallId;
     char szNumber[36]; /* terminated */
     ULONG uReserved;
@@ -142,19 +143,19 @@ typedef struct tagOrvFlagPayload { /* 1030: the emergency mode; 2018: 1 = radio 
 } OrvFlagPayload;
 
 typedef struct tagOrvActivationStatusPayload { /* 1032 */
-    ULONG uState; /* 8 when the module reports 0, else the mapped state */
-    ULONG uValid; /* 0 when the module reports 0, else 1 */
+    ULONG uState;                              /* 8 when the module reports 0, else the mapped state */
+    ULONG uValid;                              /* 0 when the module reports 0, else 1 */
     ULONG uReserved;
 } OrvActivationStatusPayload;
 
 typedef struct tagOrvHdrSignalStrengthPayload { /* 1039 */
-    int32_t nRssi; /* dBm; -250 = no signal */
+    int32_t nRssi;                              /* dBm; -250 = no signal */
     ULONG uReserved;
 } OrvHdrSignalStrengthPayload;
 
 typedef struct tagOrvCdmaSignalQualityPayload { /* 1040 */
-    int16_t nCdmaEcio; /* -50 = none */
-    int16_t nCdmaRssi; /* dBm; -250 = no signal */
+    int16_t nCdmaEcio;                          /* -50 = none */
+    int16_t nCdmaRssi;                          /* dBm; -250 = no signal */
     int16_t nHdrEcio;
     int16_t nHdrRssi;
     ULONG uReserved;
@@ -173,20 +174,20 @@ typedef struct tagOrvPhonebookEntry {
 enum { ORV_PHONEBOOK_BATCH = 10, ORV_EMERGENCY_BATCH = 10, ORV_EMERGENCY_DIGITS = 81 };
 
 typedef struct tagOrvPhonebookRecordsPayload { /* 2014 */
-    ULONG uCount; /* entries used */
+    ULONG uCount;                              /* entries used */
     OrvPhonebookEntry entries[ORV_PHONEBOOK_BATCH];
     ULONG uReserved;
 } OrvPhonebookRecordsPayload;
 
 typedef struct tagOrvEmergencyNumbersPayload { /* 2015: one array an octet position of the module's entries */
-    ULONG uCount; /* entries used */
-    BYTE aHeader[6][ORV_EMERGENCY_BATCH]; /* the sixth is the number of digits */
+    ULONG uCount;                              /* entries used */
+    BYTE aHeader[6][ORV_EMERGENCY_BATCH];      /* the sixth is the number of digits */
     BYTE aDigits[ORV_EMERGENCY_BATCH][ORV_EMERGENCY_DIGITS];
     BYTE bReserved[6];
 } OrvEmergencyNumbersPayload;
 
 typedef struct tagOrvVoiceMailPayload { /* 2020 */
-    BYTE bActive; /* 1 */
+    BYTE bActive;                       /* 1 */
     BYTE bReserved[3];
     int32_t nWaiting; /* -1 = some, number unknown */
     BYTE bZero[3];
@@ -194,8 +195,8 @@ typedef struct tagOrvVoiceMailPayload { /* 2020 */
 } OrvVoiceMailPayload;
 
 typedef struct tagOrvGsmPacketStatePayload { /* 2027 */
-    ULONG uSessionState; /* 1 disconnected, 2 connected, 3 suspended, 4 authenticating */
-    ULONG uTechnology;   /* 0, 1 GSM, 3 UMTS */
+    ULONG uSessionState;                     /* 1 disconnected, 2 connected, 3 suspended, 4 authenticating */
+    ULONG uTechnology;                       /* 0, 1 GSM, 3 UMTS */
     ULONG uZero[2];
     ULONG uReserved;
 } OrvGsmPacketStatePayload;
@@ -211,7 +212,7 @@ typedef struct tagOrvPktSessionPayload { /* 2029 */
 } OrvPktSessionPayload;
 
 typedef struct tagOrvGsmSystemStatus { /* 2032, and the record of OrvGetGsmSystemStatus */
-    ULONG sizeStruct; /* 144 */
+    ULONG sizeStruct;                  /* 144 */
     ULONG eRadioState;
     ULONG eServiceStatus;
     ULONG eServiceDomain;
@@ -237,7 +238,7 @@ typedef struct tagOrvGsmPacketAlertPayload { /* 2035 */
 } OrvGsmPacketAlertPayload;
 
 typedef struct tagOrvOMADMSessionState { /* 2269, and the record of OrvGetOMADMSessionState */
-    ULONG sizeStruct; /* 32 */
+    ULONG sizeStruct;                    /* 32 */
     ULONG bBusy;
     WORD uSessionId;
     WORD uPadding;
@@ -277,7 +278,8 @@ typedef struct tagOrvOMAEventPayload { /* 2284 */
     ULONG uReserved;
 } OrvOMAEventPayload;
 
-/* --- the record ------------------------------------------------------------------------------------------------------ */
+/* --- the record ------------------------------------------------------------------------------------------------------
+ */
 
 typedef union tagOrvNotifyPayload {
     BYTE aOctets[5328];
@@ -319,7 +321,8 @@ typedef struct tagOrvNotifyRecord {
 /* The client's callback. The record is the library's and valid during the call only. */
 typedef void(ORV_CALL* OrvNotifyCallback)(OrvNotifyRecord* record);
 
-/* Addition to the interface: the identifier's name without its prefix, for example "PowerState"; "?" for an unknown one. */
+/* Addition to the interface: the identifier's name without its prefix, for example "PowerState"; "?" for an unknown
+ * one. */
 ORV_API const char* ORV_CALL OrvNotifyName(ORV_NOTIFY id);
 
 #ifdef __cplusplus

@@ -1,8 +1,8 @@
 /*
  * ORV_RCODE: the result of every exported function.
  *
- * The names of 2, 7 and 600 carry the vendor status that they stand for, because the vendor publishes no meaning for it.
- * A vendor status without a value of its own becomes ORV_RCODE_FAILED.
+ * The names of 2, 7 and 600 carry the vendor status that they stand for, because the vendor publishes no meaning for
+ * it. A vendor status without a value of its own becomes ORV_RCODE_FAILED.
  */
 #ifndef TALVEK_RCODE_H
 #define TALVEK_RCODE_H
@@ -20,8 +20,8 @@ typedef enum tagORV_RCODE {
     /* A required pointer is null, a size is 0, a text is too long, or a device ID is not one of the four accepted ones.
      * Mend the call. */
     ORV_RCODE_BAD_PARAMETER = 4,
-    /* The operation failed: every vendor status without a row of its own, an undetermined wireless technology, no module
-     * in the registry. The log names the cause. */
+    /* The operation failed: every vendor status without a row of its own, an undetermined wireless technology, no
+     * module in the registry. The log names the cause. */
     ORV_RCODE_FAILED = 5,
     /* The item asked for is not known to the module. */
     ORV_RCODE_UNKNOWN = 6,
@@ -31,7 +31,8 @@ typedef enum tagORV_RCODE {
     ORV_RCODE_STARTUP_FAILED = 9,
     /* The vendor binding is not initialised: call OrvApiStartup first. */
     ORV_RCODE_API_NOT_INIT = 10,
-    /* The value is not to be had: the binding is not initialised, or nothing has been cached (select a module first). */
+    /* The value is not to be had: the binding is not initialised, or nothing has been cached (select a module first).
+     */
     ORV_RCODE_NOT_AVAILABLE = 17,
     /* The vendor library cannot serve this function on this module. */
     ORV_RCODE_NOT_SERVED = 18,
