@@ -18,8 +18,7 @@
 
 #include "talvek/rcode.h"
 
-/* --- supplementary services of a GSM/UMTS module
- * ------------------------------------------------------------------------ */
+/* --- supplementary services of a GSM/UMTS module ------------------------------------------------------------------ */
 
 /*
  * The presentation of the caller's number (3GPP TS 27.007, +CLIP).
@@ -76,8 +75,7 @@ ORV_API ORV_RCODE ORV_CALL OrvATGetCOLR(BYTE* n);
  */
 ORV_API ORV_RCODE ORV_CALL OrvATReleaseCall(ULONG callIndex);
 
-/* --- the module itself, of either technology
- * ---------------------------------------------------------------------------- */
+/* --- the module itself, of either technology ---------------------------------------------------------------------- */
 
 /*
  * How the module presents itself on the USB. Opens the port of a CDMA module for the call. Opens the module's

@@ -22,8 +22,7 @@ typedef enum tagORV_TYPE_WirelessTech {
     ORV_TECH_FORCE_32_BIT = 0x7FFFFFFF
 } ORV_TYPE_WirelessTech;
 
-/* The USB product IDs that are accepted, with USB vendor ID 0x3D5E. The product ID is the device ID of this interface.
- */
+/* The USB product IDs that are accepted, with USB vendor ID 0x3D5E. The product ID is the interface's device ID. */
 enum { ORV_DEVICE_5101 = 0x5101, ORV_DEVICE_5111 = 0x5111, ORV_DEVICE_5120 = 0x5120, ORV_DEVICE_5141 = 0x5141 };
 
 /* A module that can be selected. */
@@ -86,8 +85,7 @@ static_assert(sizeof(OrvPriInfo) == 24 && offsetof(OrvPriInfo, uPriCarrier) == 2
 static_assert(sizeof(OrvIpConfiguration) == 28 && offsetof(OrvIpConfiguration, uIpAddress) == 8, "flag octet padded");
 #endif
 
-/* --- life cycle ------------------------------------------------------------------------------------------------------
- */
+/* --- life cycle --------------------------------------------------------------------------------------------------- */
 
 /*
  * Empties the notification registry and loads the vendor library "GobiApi.dll" ("libGobiApi.so").
@@ -141,8 +139,7 @@ ORV_API ORV_RCODE ORV_CALL OrvHandleSuspend(ULONG targetDx);
  */
 ORV_API ORV_RCODE ORV_CALL OrvHandleResume(ULONG targetDx);
 
-/* --- notifications ---------------------------------------------------------------------------------------------------
- */
+/* --- notifications ------------------------------------------------------------------------------------------------ */
 
 /*
  * Registers the one client callback, replacing an earlier one.
@@ -173,8 +170,7 @@ ORV_API ORV_RCODE ORV_CALL OrvNotify(ORV_NOTIFY id, ULONG reserved);
  */
 ORV_API ORV_RCODE ORV_CALL OrvStopNotify(ORV_NOTIFY id, ULONG reserved);
 
-/* --- identity --------------------------------------------------------------------------------------------------------
- */
+/* --- identity ----------------------------------------------------------------------------------------------------- */
 
 /*
  * "manufacturer:model:hardware revision", widened.
@@ -203,8 +199,7 @@ ORV_API ORV_RCODE ORV_CALL OrvGetPriInfo(OrvPriInfo* record);
  */
 ORV_API ORV_RCODE ORV_CALL OrvGetModelID(ULONG size, char* buffer);
 
-/* --- radio and device ------------------------------------------------------------------------------------------------
- */
+/* --- radio and device --------------------------------------------------------------------------------------------- */
 
 /* Returns 0; 10 before start-up; 4 for a null record; or vendor (sizeStruct is then written all the same). */
 ORV_API ORV_RCODE ORV_CALL OrvGetRadioPower(OrvRadioPower* record);
@@ -227,8 +222,7 @@ ORV_API ORV_RCODE ORV_CALL OrvGetServingNetworkGobi(ULONG* mask);
 ORV_API ORV_RCODE ORV_CALL OrvGetAudioMode(ULONG* mode);
 ORV_API ORV_RCODE ORV_CALL OrvSetAudioMode(ULONG mode);
 
-/* --- firmware --------------------------------------------------------------------------------------------------------
- */
+/* --- firmware ----------------------------------------------------------------------------------------------------- */
 
 /*
  * The firmware images that the module prefers. pImageListSize [in/out]: octets at pImageList, then octets used.
@@ -240,8 +234,7 @@ ORV_API ORV_RCODE ORV_CALL OrvSetImagePreference(ULONG imageListSize, BYTE* pIma
 /* Makes the image in the folder `path` (terminated, not null) the next one to load. */
 ORV_API ORV_RCODE ORV_CALL OrvUpgradeFirmware(WCHAR* path);
 
-/* --- data session ----------------------------------------------------------------------------------------------------
- */
+/* --- data session ------------------------------------------------------------------------------------------------- */
 
 /*
  * Starts a packet data session. APN, user and password are 8-bit texts and may be null for the profile's own.
@@ -259,8 +252,7 @@ ORV_API ORV_RCODE ORV_CALL OrvStopDataSession(ULONG sessionId);
  */
 ORV_API ORV_RCODE ORV_CALL OrvGetIPConfigurationGobi(OrvIpConfiguration* record);
 
-/* --- voice calls -----------------------------------------------------------------------------------------------------
- */
+/* --- voice calls -------------------------------------------------------------------------------------------------- */
 
 /* Handed to the vendor library as they are. Return 0; 10 before start-up; or vendor. */
 ORV_API ORV_RCODE ORV_CALL OrvDialCall(tDialReqParam* pRequest, BYTE* pCallID, alphaIDInfo* pAlphaID,

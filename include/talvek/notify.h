@@ -58,8 +58,7 @@ enum {
     ORV_NOTIFY_OMAEvent = 2284   /* carried by 2269 */
 };
 
-/* --- payloads, by identifier -----------------------------------------------------------------------------------------
- */
+/* --- payloads, by identifier -------------------------------------------------------------------------------------- */
 
 typedef struct tagOrvPowerStatePayload { /* 5 */
     ULONG uPowerState;                   /* 0 radio on; 5, 1, 2, 3, 4 as the module's operating mode is converted */
@@ -278,8 +277,7 @@ typedef struct tagOrvOMAEventPayload { /* 2284 */
     ULONG uReserved;
 } OrvOMAEventPayload;
 
-/* --- the record ------------------------------------------------------------------------------------------------------
- */
+/* --- the record --------------------------------------------------------------------------------------------------- */
 
 typedef union tagOrvNotifyPayload {
     BYTE aOctets[5328];
