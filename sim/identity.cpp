@@ -21,10 +21,10 @@ static constexpr Field kFields[] = {
     NumberField("firmware.region", g_module.identity.region),
     NumberField("firmware.gps", g_module.identity.gps),
     TextField("package.model", g_module.identity.package[0]),
-    TextField("package.boot", g_module.identity.package[1]),
-    TextField("package.firmware", g_module.identity.package[2]),
-    TextField("package.sku", g_module.identity.package[3]),
-    TextField("package.name", g_module.identity.package[4]),
+    TextField("package.firmware", g_module.identity.package[1]),
+    TextField("package.boot", g_module.identity.package[2]),
+    TextField("package.pri", g_module.identity.package[3]),
+    TextField("package.sku", g_module.identity.package[4]),
     TextField("package.carrier", g_module.identity.package[5]),
     TextField("package.revision", g_module.identity.package[6]),
     NumberField("rtre.current", g_module.identity.rtre_current),
@@ -47,10 +47,10 @@ void ResetIdentity(bool umts)
     identity.technology = umts ? 1 : 0;
     identity.carrier = umts ? 103 : 5;
     Copy(identity.package[0], "KT5230");
-    Copy(identity.package[1], "KB2.0.3-SIM");
-    Copy(identity.package[2], identity.firmware);
-    Copy(identity.package[3], "1100001");
-    Copy(identity.package[4], umts ? "generic-umts" : "generic-cdma");
+    Copy(identity.package[1], identity.firmware);
+    Copy(identity.package[2], identity.boot);
+    Copy(identity.package[3], identity.pri);
+    Copy(identity.package[4], "1100001");
     Copy(identity.package[5], umts ? "103" : "5");
     Copy(identity.package[6], "001_002");
 }

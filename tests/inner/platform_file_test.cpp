@@ -9,26 +9,9 @@
 #include <unistd.h>
 
 #include "platform/win32.h"
+#include "tests/inner/platform_open.h"
 
 namespace {
-
-constexpr DWORD kReadWrite = GENERIC_READ | GENERIC_WRITE;
-
-std::u16string Wide(const std::string& text) { return std::u16string(text.begin(), text.end()); }
-
-HANDLE Open(const std::string& name, DWORD access = kReadWrite, DWORD share_mode = 0, DWORD disposition = OPEN_EXISTING)
-{
-    return CreateFileW(Wide(name).c_str(), access, share_mode, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
-}
-
-DWORD OpenErrorOf(const std::string& name, DWORD access = kReadWrite, DWORD disposition = OPEN_EXISTING)
-{
-    SetLastError(0);
-    const HANDLE file = Open(name, access, 0, disposition);
-    if (file == INVALID_HANDLE_VALUE) return GetLastError();
-    CloseHandle(file);
-    return ERROR_SUCCESS;
-}
 
 class PlatformFile : public testing::Test {
 protected:
@@ -146,7 +129,7 @@ TEST_F(PlatformFile, EachWriteGoesToTheEndWhoeverElseWrites)
 TEST_F(PlatformFile, NamesAreUtf8OnTheHost)
 {
     m_file = m_folder + "/\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80\xEF\xBF\xBD";
-    const std::u16string name = Wide(m_folder) + u"/\u00E4\u20AC\U0001F600";
+    const std::u16string name = WideName(m_folder) + u"/\u00E4\u20AC\U0001F600";
     for (const char16_t half : {u'\xD83D', u'\xDE00'}) { // half a pair is no character
         const HANDLE file = CreateFileW((name + half).c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, 0, nullptr);
         EXPECT_NE(file, INVALID_HANDLE_VALUE);

@@ -14,26 +14,9 @@
 
 #include "platform/hooks.h"
 #include "platform/win32.h"
+#include "tests/inner/platform_open.h"
 
 namespace {
-
-constexpr DWORD kReadWrite = GENERIC_READ | GENERIC_WRITE;
-
-std::u16string Wide(const std::string& text) { return std::u16string(text.begin(), text.end()); }
-
-HANDLE Open(const std::string& name, DWORD access = kReadWrite, DWORD share_mode = 0, DWORD disposition = OPEN_EXISTING)
-{
-    return CreateFileW(Wide(name).c_str(), access, share_mode, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
-}
-
-DWORD OpenErrorOf(const std::string& name, DWORD access = kReadWrite, DWORD disposition = OPEN_EXISTING)
-{
-    SetLastError(0);
-    const HANDLE file = Open(name, access, 0, disposition);
-    if (file == INVALID_HANDLE_VALUE) return GetLastError();
-    CloseHandle(file);
-    return ERROR_SUCCESS;
-}
 
 uint64_t NowMs(clockid_t clock = CLOCK_MONOTONIC)
 {
