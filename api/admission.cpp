@@ -9,6 +9,18 @@ constexpr const WCHAR* kLogSource = TXT(".\\TALVEK.cpp");
 
 } // namespace
 
+ORV_RCODE RequireCdma()
+{
+    if (const ORV_RCODE refused = RequireAvailable()) return refused;
+    return g_WirelessTech == ORV_TECH_CDMA ? ORV_RCODE_OK : ORV_RCODE_UNSUPPORTED;
+}
+
+ORV_RCODE RequireUmts(ORV_RCODE otherwise)
+{
+    if (const ORV_RCODE refused = RequireInitialized()) return refused;
+    return g_WirelessTech == ORV_TECH_UMTS ? ORV_RCODE_OK : otherwise;
+}
+
 ORV_RCODE RequireInitializedLogged()
 {
     if (Gobi().IsInitialized()) return ORV_RCODE_OK;

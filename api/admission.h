@@ -23,6 +23,11 @@ inline ORV_RCODE RequireInitializedTraced()
 // 17 before start-up: cached values, the notification switches.
 inline ORV_RCODE RequireAvailable() { return Gobi().IsInitialized() ? ORV_RCODE_OK : ORV_RCODE_NOT_AVAILABLE; }
 
+// 17 before start-up, then 1 on a module that is not CDMA.
+ORV_RCODE RequireCdma();
+// 10 before start-up, then `otherwise` (1 or 17, as the function has it) on a module that is not GSM/UMTS.
+ORV_RCODE RequireUmts(ORV_RCODE otherwise);
+
 // The guards of the functions over the AT port. Each refusal has its log line.
 
 // 10 before start-up.

@@ -1,14 +1,13 @@
 // Settings that the vendor library does not offer, over the AT port.
 
-#include "api/OrvError.h"
 #include "api/admission.h"
+#include "api/at_command.h"
 #include "api/registry_text.h"
 #include "at/OrvAtPort.h"
 #include "at/parse.h"
 #include "at/reply.h"
 #include "state/globals.h"
 #include "talvek/at.h"
-#include "utility/format.h"
 
 namespace {
 
@@ -16,68 +15,41 @@ constexpr const WCHAR* kLogSource = TXT(".\\TALVEK.cpp");
 
 // --- commands --------------------------------------------------------------------------------------------------------
 
-// The texts for a refusal with a number and for one without.
-struct ErrorTexts {
-    const char* code;
-    const char* no_code;
-};
-
 // Several functions log under another one's name, so that the pairs are named after what they say.
-constexpr ErrorTexts kSetClip = {"OrvATSetCLIP::Extracted CME Error code = %lu",
-                                 "OrvATSetCLIP: Failed to extract CME Error"};
-constexpr ErrorTexts kGetClip = {"OrvATGetCLIP::Extracted CME Error code = %lu",
-                                 "OrvATGetCLIP: Failed to extract CME Error"};
-constexpr ErrorTexts kSetClir = {"OrvATSetCLIR::Extracted CME Error code = %lu",
-                                 "OrvATSetCLIR: Failed to extract CME Error"};
-constexpr ErrorTexts kGetClir = {"OrvATGetCLIR::Extracted CME Error code = %lu",
-                                 "OrvATGetCLIR: Failed to extract CME Error"};
-constexpr ErrorTexts kReleaseCall = {"OrvATReleaseCall::Extracted CME Error code = %lu",
-                                     "OrvATReleaseCall: Failed to extract CME Error"};
-constexpr ErrorTexts kSetEnum = {"OrvATSetEnum::Extracted CME Error code = %lu",
-                                 "OrvATSetEnum: Failed to extract CME Error"};
-constexpr ErrorTexts kSetSideToneGain = {"OrvATSetSideToneGain::Extracted CME Error code = %lu",
-                                         "OrvATSetSideToneGain: Failed to extract CME Error"};
-constexpr ErrorTexts kReset = {"OrvATReset::Extracted CME Error code = %lu", "OrvATReset: Failed to extract CME Error"};
-constexpr ErrorTexts kRtnReset = {"OrvATRtnReset::Extracted CME Error code = %lu",
-                                  "OrvATRtnReset: Failed to extract CME Error"};
-constexpr ErrorTexts kGetProvisionStatus = {"OrvATGetProvisionStatus::Extracted CME Error code = %lu",
-                                            "OrvATGetProvisionStatus: Failed to extract CME Error"};
+constexpr AtErrorTexts kSetClip = {"OrvATSetCLIP::Extracted CME Error code = %lu",
+                                   "OrvATSetCLIP: Failed to extract CME Error"};
+constexpr AtErrorTexts kGetClip = {"OrvATGetCLIP::Extracted CME Error code = %lu",
+                                   "OrvATGetCLIP: Failed to extract CME Error"};
+constexpr AtErrorTexts kSetClir = {"OrvATSetCLIR::Extracted CME Error code = %lu",
+                                   "OrvATSetCLIR: Failed to extract CME Error"};
+constexpr AtErrorTexts kGetClir = {"OrvATGetCLIR::Extracted CME Error code = %lu",
+                                   "OrvATGetCLIR: Failed to extract CME Error"};
+constexpr AtErrorTexts kReleaseCall = {"OrvATReleaseCall::Extracted CME Error code = %lu",
+                                       "OrvATReleaseCall: Failed to extract CME Error"};
+constexpr AtErrorTexts kSetEnum = {"OrvATSetEnum::Extracted CME Error code = %lu",
+                                   "OrvATSetEnum: Failed to extract CME Error"};
+constexpr AtErrorTexts kSetSideToneGain = {"OrvATSetSideToneGain::Extracted CME Error code = %lu",
+                                           "OrvATSetSideToneGain: Failed to extract CME Error"};
+constexpr AtErrorTexts kReset = {"OrvATReset::Extracted CME Error code = %lu",
+                                 "OrvATReset: Failed to extract CME Error"};
+constexpr AtErrorTexts kRtnReset = {"OrvATRtnReset::Extracted CME Error code = %lu",
+                                    "OrvATRtnReset: Failed to extract CME Error"};
+constexpr AtErrorTexts kGetProvisionStatus = {"OrvATGetProvisionStatus::Extracted CME Error code = %lu",
+                                              "OrvATGetProvisionStatus: Failed to extract CME Error"};
 
-// A command line in a buffer of 260 characters.
-struct CommandLine {
-    static constexpr ULONG kSize = 260;
-    char text[kSize + 1]; // one more, by which a line that does not fit shows
-
-    // False when the line does not fit.
-    template <class... Arguments>
-    bool Format(const char* format, Arguments... arguments)
-    {
-        return PrintNarrow(text, sizeof text, format, arguments...) < kSize;
-    }
-};
-
-// Sends a command line. What the module has against it is only logged.
-ORV_RCODE Send(const char* command, const ErrorTexts& errors, char* reply)
+ORV_RCODE Send(const char* command, const AtErrorTexts& errors, char* reply)
 {
-    if (g_ATPortInstance.SendCommand(command, reply)) return ORV_RCODE_OK;
-    ULONG code = 0;
-    if (!g_CmeeNumeric)
-        LOG_C("CME Error values from modem are not in NUMERIC format, Cannot parse error value");
-    else if (ExtractErrorCode(reply, command, &code))
-        LOG_C(errors.code, code);
-    else
-        LOG_C(errors.no_code);
-    return ORV_RCODE_FAILED;
+    return SendAtCommand(kLogSource, command, errors, reply);
 }
 
 // The same, for a command whose final result says it all.
-ORV_RCODE Send(const char* command, const ErrorTexts& errors)
+ORV_RCODE Send(const char* command, const AtErrorTexts& errors)
 {
     char reply[kAtBufferSize] = {};
     return Send(command, errors, reply);
 }
 
-ORV_RCODE SendNumber(const char* format, ULONG number, const ErrorTexts& errors)
+ORV_RCODE SendNumber(const char* format, ULONG number, const AtErrorTexts& errors)
 {
     CommandLine line;
     line.Format(format, number); // any number fits
@@ -105,7 +77,7 @@ ULONG FirstValue(Reply& reply, const char* prefix)
 }
 
 // PREFIX n "," m, on a line of its own.
-ORV_RCODE GetPair(const char* command, const char* prefix, const ErrorTexts& errors, BYTE* n, BYTE* m)
+ORV_RCODE GetPair(const char* command, const char* prefix, const AtErrorTexts& errors, BYTE* n, BYTE* m)
 {
     if (!n || !m) return ORV_RCODE_BAD_PARAMETER;
     char text[kAtBufferSize] = {};

@@ -11,6 +11,7 @@
 #include "notify/record.h"
 #include "state/globals.h"
 #include "state/sync_block.h"
+#include "utility/heap_buffer.h"
 
 namespace {
 
@@ -242,3 +243,5 @@ ORV_RCODE ORV_CALL OrvHandleResume(ULONG targetDx)
     LOG_W(TXT("About to return from OrvHandleResume"));
     return ORV_RCODE_OK;
 }
+
+void ORV_CALL OrvFreeBuffer(void* buffer) { HeapBuffer::Free(buffer); }

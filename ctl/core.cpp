@@ -2,10 +2,9 @@
 
 #include "ctl/client.h"
 #include "ctl/event_queue.h"
+#include "ctl/secret.h"
 #include "ctl/session.h"
 #include "ctl/text.h"
-
-#include <string.h>
 
 #include <iostream>
 
@@ -120,27 +119,6 @@ struct ConnectOptions {
     bool keep = false;
 };
 
-// A text that is wiped when it is no longer needed.
-struct Secret {
-    std::string text;
-    ~Secret() { explicit_bzero(text.data(), text.size()); }
-};
-
-void ReadPassword(Secret& secret)
-{
-    secret.text.reserve(256); // no copies left behind by growth
-    const NoEcho quiet;
-    if (quiet.IsTerminal()) std::cerr << "Password: " << std::flush;
-    for (int c = std::cin.get(); c != EOF && c != '\n'; c = std::cin.get()) {
-        if (secret.text.size() == 255) throw UsageError("the password is longer than 255 octets");
-        if (c == 0) throw UsageError("the password holds a zero octet");
-        secret.text += static_cast<char>(c);
-    }
-    if (!secret.text.empty() && secret.text.back() == '\r') secret.text.pop_back();
-    if (quiet.IsTerminal()) std::cerr << '\n';
-    if (secret.text.empty()) throw UsageError("no password on standard input");
-}
-
 void AddAddresses(Report& report)
 {
     OrvIpConfiguration ip = {};
@@ -173,8 +151,8 @@ bool HoldSession(EventQueue& queue)
 int Connect(Client& client, const ConnectOptions& options)
 {
     if (options.hold && options.keep) throw UsageError("--hold and --keep exclude each other");
-    Secret password;
-    if (options.password_from_stdin) ReadPassword(password);
+    std::optional<Secret> password;
+    if (options.password_from_stdin) password.emplace("password");
 
     EventQueue& queue = EventQueue::Get();
     Session session;
@@ -188,8 +166,8 @@ int Connect(Client& client, const ConnectOptions& options)
     std::string apn = options.apn, user = options.user;
     const auto text_or_null = [](std::string& text) { return text.empty() ? nullptr : text.data(); };
     ULONG handle = 0, reason = 0;
-    const ORV_RCODE code =
-        OrvStartDataSession(text_or_null(apn), text_or_null(user), text_or_null(password.text), &handle, &reason);
+    const ORV_RCODE code = OrvStartDataSession(text_or_null(apn), text_or_null(user),
+                                               password ? password->Data() : nullptr, &handle, &reason);
     if (code != ORV_RCODE_OK) throw CallFailed("OrvStartDataSession", code, reason);
 
     bool ended_by_module = false;

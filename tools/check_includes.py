@@ -30,7 +30,7 @@ ARROWS = {
     "state": ["utility/", "platform/"],
     "vendor": ["utility/", "platform/"],
     "at": ["utility/", "platform/"],
-    "sms": ["utility/"],
+    "sms": ["utility/", "platform/"],
     "queries": ["vendor/", "state/", "api/OrvError.h", "utility/", "platform/"],
     "notify": ["queries/", "at/util.h", "vendor/", "state/", "api/OrvError.h", "utility/", "platform/"],
     "api": ["queries/", "notify/", "sms/", "at/", "vendor/", "state/", "utility/", "platform/"],

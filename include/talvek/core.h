@@ -139,6 +139,12 @@ ORV_API ORV_RCODE ORV_CALL OrvHandleSuspend(ULONG targetDx);
  */
 ORV_API ORV_RCODE ORV_CALL OrvHandleResume(ULONG targetDx);
 
+/*
+ * An addition to the interface. Frees a buffer that a function of this interface handed over (its comment says which);
+ * null is allowed. The process's own free must not be used: on Windows the library may have another heap.
+ */
+ORV_API void ORV_CALL OrvFreeBuffer(void* buffer);
+
 /* --- notifications ------------------------------------------------------------------------------------------------ */
 
 /*

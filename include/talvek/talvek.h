@@ -6,7 +6,15 @@
 #define TALVEK_TALVEK_H
 
 #include "talvek/at.h"
+#include "talvek/cdma.h"
+#include "talvek/cdma_omadm.h"
+#include "talvek/cdma_provisioning.h"
+#include "talvek/cdma_sms.h"
 #include "talvek/core.h"
+#include "talvek/gsm_network.h"
+#include "talvek/gsm_profile.h"
+#include "talvek/gsm_sim.h"
+#include "talvek/gsm_sms.h"
 #include "talvek/notify.h"
 #include "talvek/rcode.h"
 #include "talvek/types.h"
