@@ -34,13 +34,14 @@ template <size_t n>
 void SweepGuards(SimHarness& sim, const GuardedFunction (&functions)[n], const std::string& own_model,
                  const std::string& other_model)
 {
+    const std::vector<std::string> nothing;
+    for (const GuardedFunction& function : functions) { // all of them first: a shutdown does not undo a start-up
+        sim.ClearJournal();
+        EXPECT_EQ(function.call(), function.before_start_up) << function.name << " before start-up";
+        EXPECT_EQ(sim.Journal(), nothing) << function.name << " before start-up";
+    }
     for (const GuardedFunction& function : functions) {
         SCOPED_TRACE(function.name);
-        const std::vector<std::string> nothing;
-        sim.ClearJournal();
-        EXPECT_EQ(function.call(), function.before_start_up) << "before start-up";
-        EXPECT_EQ(sim.Journal(), nothing) << "before start-up";
-
         EXPECT_EQ(OrvApiStartup(), ORV_RCODE_OK);
         EXPECT_EQ(function.call(), function.wrong_module) << "nothing selected";
 
