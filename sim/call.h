@@ -87,6 +87,12 @@ public:
     {
         if (out) Put(out, value);
     }
+    // Writes nothing, but what the hostile rule says: an output of a call that fails.
+    template <class T>
+    void ScribbleOn(T* out)
+    {
+        if (out && Scribbles()) *out = static_cast<T>(~T{0});
+    }
     // Writes 64 bits, wherever the pointer points.
     void PutLong(void* out, ULONGLONG value);
     // Writes a text into `room` octets: cut there, and terminated if there is room for that.

@@ -15,6 +15,7 @@
 #include "sim/on_call.h"
 #include "sim/phonebook.h"
 #include "sim/progress.h"
+#include "sim/session.h"
 #include "sim/sms_verb.h"
 
 namespace sim {
@@ -144,6 +145,7 @@ constexpr Verb kVerbs[] = {
     {"clear",      "ENTRY|all",                        true,  ClearVerb},
     {"journal",    "[clear]",                          true,  JournalVerb},
     {"call",       "incoming|proceeds|ends|list ARGUMENT...", true, CallVerb},
+    {"session",    "ends|carries ARGUMENT...",         true,  SessionVerb},
     {"phonebook",  "write|delete|list TYPE ARGUMENT...", true, PhonebookVerb},
     {"at",         "VERB ARGUMENT...",                 true,  AtVerb},
     {"sms",        "add|arrives|tag|list ARGUMENT...", true,  SmsVerb},

@@ -5,6 +5,7 @@
 #include "sim/clock.h"
 #include "sim/fields.h"
 #include "sim/reset.h"
+#include "sim/session.h"
 
 namespace sim {
 
@@ -85,7 +86,7 @@ using namespace sim;
 extern "C" ULONG GetIPAddress(ULONG* address)
 {
     return GiveOfSession<ULONG>(EntryPoint::GetIPAddress, address, [] {
-        const BYTE* octets = TheModule().session.address;
+        const BYTE* octets = SessionAddress();
         return ULONG{octets[0]} << 24 | ULONG{octets[1]} << 16 | ULONG{octets[2]} << 8 | ULONG{octets[3]};
     });
 }

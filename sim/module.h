@@ -88,10 +88,11 @@ struct SessionState {
     ULONG handle; // of the session, or of the last one
     ULONG next_handle;
     ULONG start_status, failure_reason; // a non-zero status makes StartDataSession2 fail with this reason
-    ULONG end_reason;                   // carried by the event that follows StopDataSession
+    ULONG end_reason;                   // carried by the event that follows StopDataSession, or the loss of a session
     ULONG connect_ms, release_ms;       // from the call to its event
     Text<128> apn, user, password;
     BYTE address[4], primary_dns[4], secondary_dns[4], gateway[4], netmask[4];
+    BYTE static_address[4]; // of the profile that the session started with; 0.0.0.0: `address` was assigned
     ULONGLONG sent, received;
     ULONG report_seconds;     // between two byte-totals events; 0: none
     ULONGLONG next_report_ms; // on the sim clock; 0: none

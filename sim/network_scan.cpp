@@ -28,7 +28,6 @@ enum Registration : ULONG { kNotRegistered, kRegistered, kSearching, kDenied };
 enum Mode : ULONG { kAutomatic = 1, kManual = 2 };
 enum Attachment : ULONG { kAttached = 1, kDetached = 2 };
 
-constexpr ULONG kConnected = 2; // of the session
 constexpr ULONG kGsm = 4;
 constexpr ULONG kUmts = 5;
 
@@ -127,15 +126,6 @@ static void Emit(const char* event, ULONG value)
 {
     Text<64> line;
     Writer(line).Add("emit ").Add(event).Character(' ').Unsigned(value);
-    ScheduleModuleEvent(0, line);
-}
-
-static void LoseSession()
-{
-    if (TheModule().session.state != kConnected) return;
-    EndSession();
-    Text<64> line;
-    Writer(line).Add("emit session 1 ").Unsigned(TheModule().session.end_reason);
     ScheduleModuleEvent(0, line);
 }
 
@@ -263,7 +253,7 @@ extern "C" ULONG InitiateNetworkRegistration(ULONG type, WORD mcc, WORD mnc, ULO
     scan.wanted_mnc = mnc;
     scan.wanted_rat = rat;
     network.registration = kSearching;
-    LoseSession();
+    LoseSession(TheModule().session.end_reason);
     PlanStep(Progress::Registration, scan.register_ms);
     return call.Done();
 }
@@ -277,7 +267,7 @@ extern "C" ULONG InitiateDomainAttach(ULONG action)
     if (network.ps_domain == action) return kNoEffect;
     if (action == kAttached && network.registration != kRegistered) return kNoNetwork;
     network.ps_domain = action;
-    if (action == kDetached) LoseSession();
+    if (action == kDetached) LoseSession(TheModule().session.end_reason);
     return call.Done();
 }
 

@@ -17,6 +17,7 @@ const FieldTable kPowerFields = {kFields, std::size(kFields)};
 
 void ResetPower() { TheModule().power = {0, 50, 3000}; }
 
+constexpr ULONG kModeOnline = 0;
 constexpr ULONG kModeReset = 5;
 
 void ScheduleReset()
@@ -46,6 +47,7 @@ extern "C" ULONG SetPower(ULONG mode)
     if (const ULONG refused = call.Refused()) return refused;
     PowerState& power = TheModule().power;
     power.mode = mode;
+    if (mode != kModeOnline) LoseSession(TheModule().session.end_reason);
     Text<32> line;
     Writer(line).Add("emit power ").Unsigned(mode);
     ScheduleModuleEvent(power.settle_ms, line);

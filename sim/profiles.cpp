@@ -57,7 +57,8 @@ extern "C" ULONG SetAutoConnect(ULONG setting)
     return Keep(EntryPoint::SetAutoConnect, Kept<ULONG>{TheModule().profiles.auto_connect, setting, 1});
 }
 
-// Null leaves a value as it is. Nothing is kept unless all of it can be.
+// Null leaves a value as it is, but an address of null is none: a client has no other way to be given one at each
+// start. Nothing is kept unless all of it can be.
 extern "C" ULONG SetDefaultProfile(ULONG type, ULONG* pdp_type, ULONG* address, ULONG* primary_dns,
                                    ULONG* secondary_dns, ULONG* authentication, char* name, char* apn, char* user,
                                    char* password)
@@ -67,8 +68,10 @@ extern "C" ULONG SetDefaultProfile(ULONG type, ULONG* pdp_type, ULONG* address, 
     if (const ULONG refused = call.Refused()) return refused;
     if (type >= std::size(TheModule().profiles.profiles)) return kInvalidArgument;
     DataProfile profile = TheModule().profiles.profiles[type];
-    const bool fits = Take(profile.pdp_type, pdp_type, kMaxPdpType) && Take(profile.addresses[0], address) &&
-                      Take(profile.addresses[1], primary_dns) && Take(profile.addresses[2], secondary_dns) &&
+    profile.addresses[0] = address ? *address : 0;
+    profile.addresses[1] = primary_dns ? *primary_dns : 0;
+    profile.addresses[2] = secondary_dns ? *secondary_dns : 0;
+    const bool fits = Take(profile.pdp_type, pdp_type, kMaxPdpType) &&
                       Take(profile.authentication, authentication, kMaxAuthentication) && Take(profile.name, name) &&
                       Take(profile.apn, apn) && Take(profile.user, user) && Take(profile.password, password);
     if (!fits) return kInvalidArgument;

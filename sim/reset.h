@@ -44,8 +44,9 @@ void ReportMobileIP(ULONG delay_ms);
 
 // The calls and the USSD dialogue end without a word to the client.
 void AbandonVoice();
-// Ends the data session, if there is one, without a word to the client.
+// Ends the data session, if there is one: without a word to the client, or with the event and its reason.
 void EndSession();
+void LoseSession(ULONG reason);
 // The next byte-totals event: when it is due (0: none), and the session's step past it.
 ULONGLONG NextReport();
 void StepReport();

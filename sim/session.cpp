@@ -5,6 +5,7 @@
 #include "sim/clock.h"
 #include "sim/fields.h"
 #include "sim/reset.h"
+#include "sim/session.h"
 
 namespace sim {
 
@@ -62,6 +63,67 @@ void EndSession()
     TheModule().session.next_report_ms = 0;
 }
 
+static void ReportEnd(ULONG delay_ms, ULONG reason)
+{
+    Text<48> line;
+    Writer(line).Add("emit session 1 ").Unsigned(reason);
+    ScheduleModuleEvent(delay_ms, line);
+}
+
+void LoseSession(ULONG reason)
+{
+    if (TheModule().session.state != kConnected) return;
+    EndSession();
+    ReportEnd(0, reason);
+}
+
+const BYTE (&SessionAddress())[4]
+{
+    const SessionState& session = TheModule().session;
+    for (const BYTE octet : session.static_address) {
+        if (octet != 0) return session.static_address;
+    }
+    return session.address;
+}
+
+// So many octets go through, in packets as large as they can be.
+static void Carry(ULONGLONG sent, ULONGLONG received)
+{
+    constexpr ULONG kPacketOctets = 1500;
+    const auto packets = [](ULONGLONG octets) {
+        return static_cast<ULONG>(octets / kPacketOctets + (octets % kPacketOctets != 0 ? 1 : 0));
+    };
+    TheModule().session.sent += sent;
+    TheModule().session.received += received;
+    TheModule().data.packets[0] += packets(sent);
+    TheModule().data.packets[1] += packets(received);
+}
+
+void SessionVerb(Command& command)
+{
+    const bool ends = command.Take("ends");
+    const bool carries = !ends && command.Take("carries");
+    if (!ends && !carries) {
+        const char* word = command.Word("ends or carries");
+        if (!command.Failed()) command.Fail().Add("unknown verb \"session ").Add(word).Add("\"");
+        return;
+    }
+    ULONGLONG reason = TheModule().session.end_reason, sent = 0, received = 0;
+    if (ends && command.More()) reason = command.Unsigned("reason", 0xFFFFFFFF);
+    if (carries) {
+        sent = command.Unsigned("octets sent", ~ULONGLONG{0});
+        received = command.Unsigned("octets received", ~ULONGLONG{0});
+    }
+    command.End();
+    if (command.Failed()) return;
+    if (TheModule().session.state != kConnected)
+        command.Reply().Add("no session"); // the client may have ended it meanwhile
+    else if (ends)
+        LoseSession(static_cast<ULONG>(reason));
+    else
+        Carry(sent, received);
+}
+
 ULONGLONG NextReport() { return TheModule().session.next_report_ms; }
 
 void StepReport()
@@ -111,7 +173,11 @@ extern "C" ULONG StartDataSession2(char* apn, char* user, char* password, ULONG*
     if (const ULONG refused = call.Refused()) return refused;
     SessionState& session = TheModule().session;
     call.PutOptional(failure_reason, session.start_status ? session.failure_reason : 0);
-    if (session.start_status) return session.start_status;
+    if (session.start_status) {
+        call.ScribbleOn(handle);
+        return session.start_status;
+    }
+    if (TheModule().power.mode != 0 || TheModule().network.registration != 1) return kNoNetwork;
     if (session.state != kDisconnected) return kNoEffect;
     if (!KeepText(session.apn, apn) || !KeepText(session.user, user) || !KeepText(session.password, password)) {
         return kInvalidArgument;
@@ -120,6 +186,9 @@ extern "C" ULONG StartDataSession2(char* apn, char* user, char* password, ULONG*
     if (const ULONG status = call.Done()) return status;
     session.handle = session.next_handle++;
     session.state = kConnected;
+    const ULONG own = TheModule().profiles.profiles[TheModule().connection.umts ? 0 : 1].addresses[0];
+    SetAddress(session.static_address, static_cast<BYTE>(own >> 24), static_cast<BYTE>(own >> 16),
+               static_cast<BYTE>(own >> 8), static_cast<BYTE>(own));
     session.sent = 0;
     session.received = 0;
     BeginDataStatus();
@@ -137,9 +206,7 @@ extern "C" ULONG StopDataSession(ULONG handle)
     if (session.state == kDisconnected) return kNoSession;
     if (session.handle != handle) return kInvalidArgument;
     EndSession();
-    Text<48> line;
-    Writer(line).Add("emit session 1 ").Unsigned(session.end_reason);
-    ScheduleModuleEvent(session.release_ms, line);
+    ReportEnd(session.release_ms, session.end_reason);
     return kSuccess;
 }
 
@@ -150,7 +217,7 @@ extern "C" ULONG GetIPConfiguration(ULONG* address, ULONG* primary_dns, ULONG* s
     if (const ULONG refused = call.Refused()) return refused;
     const SessionState& session = TheModule().session;
     const bool up = session.state == kConnected;
-    call.Put(address, up ? NetworkOrder(session.address) : 0);
+    call.Put(address, up ? NetworkOrder(SessionAddress()) : 0);
     call.Put(primary_dns, up ? NetworkOrder(session.primary_dns) : 0);
     call.Put(secondary_dns, up ? NetworkOrder(session.secondary_dns) : 0);
     call.Put(gateway, up ? NetworkOrder(session.gateway) : 0);

@@ -119,8 +119,8 @@ public:
     /*
      * The default profile of `type` (0: 3GPP). PDP type 0 is IPv4. Addresses as numbers, the first octet the most
      * significant; 0 (Get) or a null pointer (Set): none. Authentication: a bit mask, 1 PAP, 2 CHAP. Texts: the
-     * profile's name of 31 octets, the APN of 101, user and password of 128; sizes in octets. Set takes null for what
-     * stays as it is and reads terminated texts. Both log their status.
+     * profile's name of 31 octets, the APN of 101, user and password of 128; sizes in octets. Set takes null for
+     * anything else that stays as it is and reads terminated texts. Both log their status.
      */
     ULONG SetDefaultProfile(ULONG type, ULONG* pdpType, ULONG* ipAddress, ULONG* primaryDns, ULONG* secondaryDns,
                             ULONG* authentication, char* name, char* apn, char* user, char* password);

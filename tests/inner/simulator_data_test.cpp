@@ -144,7 +144,7 @@ TEST_F(SimulatorData, KeepsBothDefaultProfiles)
         SIM_ENTRY(SetDefaultProfile)(1, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, other, nullptr, nullptr),
         0u);
     profile.Read(1);
-    EXPECT_EQ(profile.Text(), "2 167772161 167772213 167772214 3 work|other|me") << "null leaves the rest";
+    EXPECT_EQ(profile.Text(), "2 0 0 0 3 work|other|me") << "null leaves the rest, but is no address";
     profile.Read(0);
     EXPECT_EQ(profile.Text(), "0 0 0 0 0 default|internet|") << "the other one is untouched";
 }
