@@ -22,3 +22,13 @@ GETTER(OrvATGetCLIR)
 GETTER(OrvATGetCOLP)
 GETTER(OrvATGetCOLR)
 READS_REGISTRY(OrvATGetProvisionStatus)
+
+// gsm_profile.h
+GETTER(OrvGetGsmProfileBasic)
+GETTER(OrvGetGsmProfileSummary)
+GETTER(OrvGetIPAddress)
+GETTER(OrvGetTrafficStatistics)
+GETTER(OrvGetPktSessionStatusEx)
+NOT_SERVED(OrvGetProfile)
+NOT_SERVED(OrvGetProfileSummary)
+NOT_SERVED(OrvGetPktSessionStatus)
