@@ -162,6 +162,16 @@ std::string ToUcs2(std::string_view utf8)
     return out;
 }
 
+std::string ToLatin1(std::string_view utf8)
+{
+    std::string out;
+    for (const char32_t character : Characters(utf8)) {
+        if (character > 0xFF) throw UsageError("ISO 8859-1 has no " + Shown(character));
+        out += static_cast<char>(static_cast<unsigned char>(character));
+    }
+    return out;
+}
+
 std::optional<std::string> FromCoding(ULONG scheme, std::string_view octets)
 {
     const Scheme read = Read(scheme);

@@ -40,12 +40,9 @@ constexpr Service kServices[] = {
      kOffOn, kProvisioned},
 };
 
-// The number under `place`, and its name under `place`_name.
 void AddNamed(Report& report, const std::string& place, const std::string& label, BYTE number, const Names& names)
 {
-    const char* const name = number < names.size() ? names[number] : nullptr;
-    report.Add(place, label, number, std::to_string(number) + (name ? std::string(" (") + name + ")" : ""));
-    report.AddHidden(place + "_name", name ? Json(name) : Json());
+    report.AddNamed(place, label, number, number < names.size() ? names[number] : nullptr);
 }
 
 int ShowOrSet(Client& client, const Service& service, std::optional<ULONG> mode)

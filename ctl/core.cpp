@@ -138,16 +138,6 @@ void AddAddresses(Report& report)
         report.Add(row.name, row.label, row.address != 0 ? Json(Dotted(row.address)) : Json());
 }
 
-// Waits until a signal, or until the module says that the session has ended. Returns whether it was a signal.
-bool HoldSession(EventQueue& queue)
-{
-    Arrival arrival;
-    const OrvNotifyRecord& record = arrival.record;
-    while (queue.Wait(arrival, {}) == EventQueue::Woken::ByEvent)
-        if (record.uNotify == ORV_NOTIFY_PktSessionCall && record.payload.PktSession.bConnected == 0) return false;
-    return true;
-}
-
 int Connect(Client& client, const ConnectOptions& options)
 {
     if (options.hold && options.keep) throw UsageError("--hold and --keep exclude each other");
@@ -178,7 +168,7 @@ int Connect(Client& client, const ConnectOptions& options)
         const char* const fate = options.hold ? "held" : options.keep ? "kept" : "ended";
         report.Add("session", "Session", fate);
         client.Answer(report);
-        if (options.hold) ended_by_module = !HoldSession(queue);
+        if (options.hold) ended_by_module = !WaitWhileSessionLasts(queue);
     } catch (...) {
         OrvStopDataSession(handle); // the first failure is the one to report
         throw;

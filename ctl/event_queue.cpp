@@ -72,4 +72,13 @@ unsigned long EventQueue::Lost() const
     return m_lost;
 }
 
+bool WaitWhileSessionLasts(EventQueue& queue)
+{
+    Arrival arrival;
+    const OrvNotifyRecord& record = arrival.record;
+    while (queue.Wait(arrival, {}) == EventQueue::Woken::ByEvent)
+        if (record.uNotify == ORV_NOTIFY_PktSessionCall && record.payload.PktSession.bConnected == 0) return false;
+    return true;
+}
+
 } // namespace ctl

@@ -51,4 +51,8 @@ private:
     bool m_wake = false;
 };
 
+// Waits until the queue is woken, or until the module says that the data session has ended (PktSessionCall). Returns
+// whether it was woken.
+bool WaitWhileSessionLasts(EventQueue& queue);
+
 } // namespace ctl

@@ -103,6 +103,7 @@ int Run(int argc, char** argv)
     ctl::AddCallCommands(client);
     ctl::AddUssdCommands(client);
     ctl::AddAudioCommands(client);
+    ctl::AddGsmProfileCommands(client);
     ctl::AddSimulatorCommands(client);
     ctl::AddDemoCommands(client);
     try {

@@ -57,6 +57,12 @@ void Report::Add(const std::string& place, const std::string& label, Json value,
     AddHidden(place, std::move(value));
 }
 
+void Report::AddNamed(const std::string& place, const std::string& label, ULONG number, const char* name)
+{
+    Add(place, label, number, std::to_string(number) + (name ? std::string(" (") + name + ")" : ""));
+    AddHidden(place + "_name", name ? Json(name) : Json());
+}
+
 void Report::AddHidden(const std::string& place, Json value) { m_result[Pointer(place)] = std::move(value); }
 
 void Report::AddLine(const std::string& line) { m_rows.push_back({"", Printable(line)}); }

@@ -21,6 +21,8 @@ public:
     // One value: its place in "result" ("pri.carrier" is a member of an object), its label in text output, and the text
     // where that is not the plain value.
     void Add(const std::string& place, const std::string& label, Json value, std::optional<std::string> text = {});
+    // A number under `place`, and its name, null for none, under `place`_name.
+    void AddNamed(const std::string& place, const std::string& label, ULONG number, const char* name);
     // A value that only the JSON form has, and a line that only the text form has.
     void AddHidden(const std::string& place, Json value);
     void AddLine(const std::string& line);
