@@ -1,11 +1,11 @@
 // The binding's life: loading, look-ups, connecting, and which kind of module it is.
 
 #include <initializer_list>
-#include <string.h>
 
 #include "vendor/entry_points.h"
 #include "vendor/forward.h"
 #include "vendor/loaded.h"
+#include "vendor/package_info.h"
 
 namespace {
 
@@ -13,50 +13,6 @@ namespace {
 ULONG s_loadedInstances;
 
 HMODULE AsModule(void* library) { return static_cast<HMODULE>(library); }
-
-// A text that the vendor fills, with the capacity that it is told and room for a terminator.
-template <WORD Capacity>
-struct PackageText {
-    BYTE text[Capacity + 1] = {};
-    WORD length = Capacity;
-
-    // The returned length is the vendor's word and may be anything.
-    void Terminate() { text[length < Capacity ? length : Capacity] = 0; }
-};
-
-constexpr ULONG kWideTextLength = 20;
-
-struct WideText {
-    WCHAR text[kWideTextLength + 1] = {};
-
-    template <WORD Capacity>
-    explicit WideText(const PackageText<Capacity>& package)
-    {
-        static_assert(Capacity <= kWideTextLength, "the text would be cut");
-        const char* narrow = reinterpret_cast<const char*>(package.text);
-        MultiByteToWideChar(CP_ACP, 0, narrow, static_cast<int>(strnlen(narrow, Capacity)), text,
-                            static_cast<int>(kWideTextLength));
-    }
-
-    bool Is(const WCHAR* other) const
-    {
-        ULONG i = 0;
-        while (text[i] && text[i] == other[i])
-            ++i;
-        return text[i] == other[i];
-    }
-
-    bool Contains(const WCHAR* part) const
-    {
-        for (const WCHAR* start = text; *start; ++start) {
-            ULONG i = 0;
-            while (part[i] && start[i] == part[i])
-                ++i;
-            if (!part[i]) return true;
-        }
-        return false;
-    }
-};
 
 } // namespace
 
@@ -117,34 +73,13 @@ ULONG COrvGobiDll::Disconnect() { return Forward(m_entry.QCWWANDisconnect); }
 
 ORV_TYPE_WirelessTech COrvGobiDll::GetWirelessTech()
 {
-    PackageText<20> model;
-    PackageText<85> firmware, boot;
-    PackageText<15> pri;
-    PackageText<85> sku;
-    PackageText<20> carrier;
-    PackageText<10> carrier_revision;
-    const ULONG package_status = GetCwePkgsInfo(
-        &model.length, model.text, &firmware.length, firmware.text, &boot.length, boot.text, &pri.length, pri.text,
-        &sku.length, sku.text, &carrier.length, carrier.text, &carrier_revision.length, carrier_revision.text);
-    if (package_status != 0) {
-        LOG_C("GetCwePkgsInfo returns %d", package_status);
-    } else {
-        model.Terminate();
-        carrier.Terminate();
-    }
-    const WideText wide_model(model);
-    const WideText wide_carrier(carrier);
-
-    ULONG firmware_id = 0, technology = 0, firmware_carrier = 0, region = 0, gps_capability = 0;
-    const ULONG firmware_status =
-        GetFirmwareInfo(&firmware_id, &technology, &firmware_carrier, &region, &gps_capability);
-    if (firmware_status != 0) LOG_C("GetFirmwareInfo returns %d", firmware_status);
-
-    if (package_status == 0 && wide_model.Contains(TXT("KT52"))) {
+    PackageInfo info;
+    info.Query(*this, kLogSource);
+    if (info.IsKt52()) {
         for (const WCHAR* cdma_carrier : {TXT("5"), TXT("101"), TXT("11"), TXT("102")})
-            if (wide_carrier.Is(cdma_carrier)) return ORV_TECH_CDMA;
+            if (info.PackageCarrierIs(cdma_carrier)) return ORV_TECH_CDMA;
         return ORV_TECH_UMTS;
     }
-    if (firmware_status == 0) return technology != 0 ? ORV_TECH_UMTS : ORV_TECH_CDMA;
+    if (info.firmware_status == 0) return info.technology != 0 ? ORV_TECH_UMTS : ORV_TECH_CDMA;
     return ORV_TECH_UNDETERMINED;
 }
