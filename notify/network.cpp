@@ -11,12 +11,8 @@ namespace {
 
 constexpr const WCHAR* kLogSource = TXT(".\\OrvNotify.cpp");
 
-constexpr ULONG kRegistered = 1;
 constexpr BYTE kInterfaceCdma = 1;
 constexpr BYTE kInterfaceHdr = 2;
-
-// The indicator as clients know it: the module's 0 and 1 change places.
-ULONG RoamingIndicator(ULONG roaming) { return roaming < 2 ? 1 - roaming : roaming; }
 
 // The event's own value is not used: the serving network is read afresh.
 struct RoamingEvent {
@@ -37,9 +33,10 @@ struct RoamingEvent {
     Outcome Fill(OrvNotifyRecord& record, const szNotifyItem& item)
     {
         const BYTE radio_interface = item.aNotify == ORV_NOTIFY_CdmaRoaming ? kInterfaceCdma : kInterfaceHdr;
-        if (network.registration_state != kRegistered || !network.IsServedBy(radio_interface)) return Outcome::Stop;
+        if (network.registration_state != ServingNetwork::kRegistered || !network.IsServedBy(radio_interface))
+            return Outcome::Stop;
         record.uPayloadSize = sizeof(OrvValuePayload);
-        record.payload.Value.uValue = RoamingIndicator(network.roaming);
+        record.payload.Value.uValue = network.RoamingIndicator();
         return Outcome::DeliverAndStop;
     }
 };

@@ -7,6 +7,7 @@
 #include "notify/delivery.h"
 #include "queries/gsm_system_status.h"
 #include "queries/serving_network.h"
+#include "queries/signal_strengths.h"
 #include "state/globals.h"
 #include "utility/log.h"
 
@@ -69,21 +70,19 @@ struct SignalEvent {
     // Reads the strength of each interface that is in use and settles which one is reported.
     void ChooseInterface(COrvGobiDll& gobi)
     {
-        ULONG count = GOBI_MAX_SIGNAL_STRENGTHS;
-        ORV_INT8 strengths[GOBI_MAX_SIGNAL_STRENGTHS] = {};
-        ULONG interfaces[GOBI_MAX_SIGNAL_STRENGTHS] = {};
+        SignalStrengths signal;
         bool cdma = false, hdr = false, third = false;
-        if (gobi.GetSignalStrengths(&count, strengths, interfaces) == 0) {
-            for (ULONG i = 0; i < count && i < GOBI_MAX_SIGNAL_STRENGTHS; ++i) {
-                if (interfaces[i] == kInterfaceHdr) {
-                    g_HdrRssi = -abs(strengths[i]);
-                    hdr = true;
-                } else if (interfaces[i] == kInterfaceCdma) {
-                    g_CdmaRssi = -abs(strengths[i]);
-                    cdma = true;
-                } else if (interfaces[i] == kInterfaceThirdKind && g_WirelessTech == ORV_TECH_UMTS) {
-                    third = true;
-                }
+        signal.Query(gobi); // what cannot be read is not there
+        for (ULONG i = 0; i < signal.count; ++i) {
+            const int32_t strength_dbm = -static_cast<int32_t>(signal.Magnitude(i));
+            if (signal.radio_interfaces[i] == kInterfaceHdr) {
+                g_HdrRssi = strength_dbm;
+                hdr = true;
+            } else if (signal.radio_interfaces[i] == kInterfaceCdma) {
+                g_CdmaRssi = strength_dbm;
+                cdma = true;
+            } else if (signal.radio_interfaces[i] == kInterfaceThirdKind && g_WirelessTech == ORV_TECH_UMTS) {
+                third = true;
             }
         }
         if (third)

@@ -27,8 +27,9 @@ ULONG ServingNetwork::Query(COrvGobiDll& gobi)
     return status;
 }
 
-bool ServingNetwork::IsServedBy(BYTE radio_interface) const
+BYTE ServingNetwork::IndexOf(BYTE radio_interface) const
 {
-    BYTE index;
-    return FindByteInTable(radio_interface, radio_interface_count, radio_interfaces, &index);
+    BYTE index = kNotListed;
+    FindByteInTable(radio_interface, radio_interface_count, radio_interfaces, &index);
+    return index;
 }

@@ -14,7 +14,10 @@ struct ServingNetworkCaps {
 
 // How the module is served.
 struct ServingNetwork {
-    ULONG registration_state = 0; // 1 = registered
+    static constexpr ULONG kRegistered = 1;
+    static constexpr BYTE kNotListed = 255;
+
+    ULONG registration_state = 0; // kRegistered, or another
     ULONG cs_domain = 0;
     ULONG ps_domain = 0;
     ULONG ran = 0;
@@ -27,5 +30,9 @@ struct ServingNetwork {
 
     // Returns the vendor's status.
     ULONG Query(COrvGobiDll& gobi);
-    bool IsServedBy(BYTE radio_interface) const;
+    // Where that radio interface stands in the list, or kNotListed.
+    BYTE IndexOf(BYTE radio_interface) const;
+    bool IsServedBy(BYTE radio_interface) const { return IndexOf(radio_interface) != kNotListed; }
+    // The roaming indicator as clients know it: the module's 0 and 1 change places, and any other value stands.
+    ULONG RoamingIndicator() const { return roaming < 2 ? 1 - roaming : roaming; }
 };
