@@ -15,6 +15,12 @@ ORV_RCODE RequireCdma()
     return g_WirelessTech == ORV_TECH_CDMA ? ORV_RCODE_OK : ORV_RCODE_UNSUPPORTED;
 }
 
+ORV_RCODE RequireInitializedCdma()
+{
+    if (const ORV_RCODE refused = RequireInitialized()) return refused;
+    return g_WirelessTech == ORV_TECH_CDMA ? ORV_RCODE_OK : ORV_RCODE_UNSUPPORTED;
+}
+
 ORV_RCODE RequireUmts(ORV_RCODE otherwise)
 {
     if (const ORV_RCODE refused = RequireInitialized()) return refused;

@@ -25,6 +25,8 @@ inline ORV_RCODE RequireAvailable() { return Gobi().IsInitialized() ? ORV_RCODE_
 
 // 17 before start-up, then 1 on a module that is not CDMA.
 ORV_RCODE RequireCdma();
+// 10 before start-up, then 1 on a module that is not CDMA.
+ORV_RCODE RequireInitializedCdma();
 // 10 before start-up, then `otherwise` (1 or 17, as the function has it) on a module that is not GSM/UMTS.
 ORV_RCODE RequireUmts(ORV_RCODE otherwise);
 
