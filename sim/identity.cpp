@@ -45,7 +45,7 @@ void ResetIdentity(bool umts)
     Copy(identity.pri, umts ? "03020104" : "05010203");
     Copy(identity.imei, "001017400000018");
     identity.technology = umts ? 1 : 0;
-    identity.carrier = umts ? 103 : 5;
+    identity.carrier = umts ? 103 : 101;
     Copy(identity.package[0], "KT5230");
     Copy(identity.package[1], identity.firmware);
     Copy(identity.package[2], identity.boot);

@@ -21,7 +21,7 @@ void ResetImages()
     ImagesState& images = TheModule().images;
     images = {};
     Copy(images.store, "/images");
-    constexpr int32_t kInfos[][5] = {{1, 0, 5, 0, 1}, {2, 1, 103, 0, 1}};
+    constexpr int32_t kInfos[][5] = {{1, 0, 101, 0, 1}, {2, 1, 103, 0, 1}};
     images.infos.count = 2;
     memcpy(images.infos.values, kInfos, sizeof(kInfos));
 }

@@ -212,8 +212,8 @@ TEST_F(SimulatorSettings, AnUpgradeTakesTheModuleAwayAndBringsItBackWithTheImage
     sim.Command("advance 50");
     EXPECT_EQ(Read(SIM_ENTRY(GetFirmwareInfo)), "status 6");
     sim.Command("advance 3000");
-    EXPECT_EQ(Read(SIM_ENTRY(GetFirmwareInfo)), "1 0 5 0 1");
-    EXPECT_EQ(sim.Command("get package.carrier"), "5");
+    EXPECT_EQ(Read(SIM_ENTRY(GetFirmwareInfo)), "1 0 101 0 1");
+    EXPECT_EQ(sim.Command("get package.carrier"), "101");
     EXPECT_EQ(sim.Command("queue"), "");
 }
 
