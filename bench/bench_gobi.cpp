@@ -78,14 +78,24 @@ ULONG GetSerialNumbers(BYTE esn_size, char* esn, BYTE imei_size, char* imei, BYT
 
 // --- the network -----------------------------------------------------------------------------------------------------
 
-// Registered, on CDMA 1x or on UMTS.
+// Registered, on both CDMA interfaces or on UMTS.
 ULONG GetServingNetwork(ULONG* registration, ULONG* cs, ULONG* ps, ULONG* ran, BYTE* interface_count, BYTE* interfaces,
                         ULONG* roaming, WORD* mcc, WORD* mnc, BYTE, char*)
 {
     *registration = *cs = *ps = *ran = *roaming = 1;
     *mcc = *mnc = 1;
-    *interface_count = 1;
-    interfaces[0] = s_state.firmware_technology == 0 ? 1 : 5;
+    const bool is_cdma = s_state.firmware_technology == 0;
+    *interface_count = is_cdma ? 2 : 1;
+    interfaces[0] = is_cdma ? 1 : 5;
+    interfaces[1] = 2;
+    return 0;
+}
+
+ULONG GetRFInfo(BYTE* count, BYTE* instances)
+{
+    const GobiRFInfo instance = {s_state.firmware_technology == 0 ? 1u : 5u, 1, 425};
+    *count = 1;
+    memcpy(instances, &instance, sizeof instance);
     return 0;
 }
 
