@@ -20,6 +20,7 @@ std::string CheckModel(const std::string& text)
 Client::Client() : m_app("Controls a Gobi cellular module, or a simulated one.", "talvekctl")
 {
     m_app.fallthrough();
+    m_app.require_subcommand(0, 1); // behind the first one such a word is an argument: sim exec cdma
     m_app
         .add_option("--sim", m_model_text,
                     "Use a simulated module: cdma or umts, with a product ID if wanted (umts:5120)")
@@ -98,6 +99,7 @@ int Run(int argc, char** argv)
     ctl::Client client;
     ctl::AddCoreCommands(client);
     ctl::AddAtCommands(client);
+    ctl::AddCdmaCommands(client);
     ctl::AddEventCommands(client);
     ctl::AddMonitorCommands(client);
     ctl::AddCallCommands(client);
