@@ -42,6 +42,7 @@ void SweepGuards(SimHarness& sim, const GuardedFunction (&functions)[n], const s
     }
     for (const GuardedFunction& function : functions) {
         SCOPED_TRACE(function.name);
+        sim.Command("model " + other_model);
         EXPECT_EQ(OrvApiStartup(), ORV_RCODE_OK);
         EXPECT_EQ(function.call(), function.wrong_module) << "nothing selected";
 
