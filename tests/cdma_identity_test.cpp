@@ -95,12 +95,12 @@ TEST_F(CdmaModule, EachFunctionHasItsGuard)
 // Calls with outputs of 0x77 and expects them untouched but for the first word.
 void ExpectFailure(const Function& function, ULONG code)
 {
-    Outputs expected;
-    memset(&expected, 0x77, sizeof expected);
     memset(&g_out, 0x77, sizeof g_out);
     EXPECT_EQ(function.guard.call(), code) << function.guard.name;
-    expected.word = function.word;
-    EXPECT_EQ(memcmp(&g_out, &expected, sizeof expected), 0) << function.guard.name;
+    EXPECT_EQ(g_out.word, function.word) << function.guard.name;
+    const BYTE* const octets = reinterpret_cast<const BYTE*>(&g_out);
+    EXPECT_EQ(std::count(octets + sizeof g_out.word, octets + sizeof g_out, 0x77), sizeof g_out - sizeof g_out.word)
+        << function.guard.name;
 }
 
 TEST_F(CdmaModule, FailuresLeaveTheOutputsAsTheyWereOrAtTheirDefault)
@@ -325,7 +325,7 @@ TEST_F(CdmaModule, TheBannerIsCutToItsBufferAndClearedFirst)
     for (const size_t size : {3u, 7u, 8u}) {
         banner = std::u16string(9, u'x');
         EXPECT_EQ(OrvPstGetDisplayBannerName(&banner[0], static_cast<ULONG>(size)), ORV_RCODE_OK);
-        EXPECT_EQ(banner, std::u16string(u"Verizon", 8).substr(0, size) + std::u16string(9 - size, u'x'));
+        EXPECT_EQ(banner, std::u16string(u"Verizon\0", 8).substr(0, size) + std::u16string(9 - size, u'x'));
     }
 }
 

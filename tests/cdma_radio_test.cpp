@@ -101,8 +101,9 @@ TEST_F(CdmaModule, ServiceAcceptsAnUnknownNetworkAndRoamingDoesNot)
         EXPECT_EQ(Answer(OrvGetHdrSrvState), expected("OrvGetHdrSrvState", row.hdr_service));
         EXPECT_EQ(Answer(OrvGetRoamingStatus), expected("OrvGetRoamingStatus", row.status));
         EXPECT_EQ(Answer(OrvGetHdrRoamStatus), expected("OrvGetHdrRoamStatus", row.hdr_status));
-        const std::string station = row.station;
-        EXPECT_EQ(Answer(OrvGetCurrentBaseStation), "0 " + station + " | Current Base Station = " + station);
+        std::string station = std::string("0 ") + row.station;
+        station.append(" | Current Base Station = ").append(row.station);
+        EXPECT_EQ(Answer(OrvGetCurrentBaseStation), station);
     }
     EXPECT_EQ(sim.Journal()[0], "GetServingNetwork(10, 50)");
     sim.Command("fail GetServingNetwork 5");
