@@ -20,6 +20,14 @@ inline ORV_RCODE RequireInitializedTraced()
     return ORV_RCODE_API_NOT_INIT;
 }
 
+// The same, with the trace that Mobile IP profiles and activation have.
+inline ORV_RCODE RequireInitializedMisspelt()
+{
+    if (Gobi().IsInitialized()) return ORV_RCODE_OK;
+    TRACE_ERROR(TXT("API not initialzed"));
+    return ORV_RCODE_API_NOT_INIT;
+}
+
 // 17 before start-up: cached values, the notification switches.
 inline ORV_RCODE RequireAvailable() { return Gobi().IsInitialized() ? ORV_RCODE_OK : ORV_RCODE_NOT_AVAILABLE; }
 

@@ -10,3 +10,5 @@ WCHAR g_szPstMin[kMinSize + 1];
 WORD g_PstAccolc;
 WORD g_PstHomeSid;
 WORD g_PstHomeNid;
+
+int32_t g_CdmaDataSessionId;

@@ -1,5 +1,6 @@
 // What provisioning keeps between the calls of a client: the service programming code of the session, the items that
-// wait for the commit, and the network parameters as they were last read.
+// wait for the commit, and the network parameters as they were last read; and the data session that stands in for a
+// call.
 #pragma once
 
 #include "platform/win32.h"
@@ -38,3 +39,5 @@ extern WCHAR g_szPstMin[kMinSize + 1];
 extern WORD g_PstAccolc;
 extern WORD g_PstHomeSid;
 extern WORD g_PstHomeNid;
+
+extern int32_t g_CdmaDataSessionId; // of OrvSetCallOriginateCmd; 0 or less: none
