@@ -182,9 +182,10 @@ void AbandonActivation() { TheModule().activation.state = TheModule().activation
 
 static bool IsUnderWay() { return TheModule().activation.state >= kFirstStep; }
 
-static void BeginActivation(ULONG first)
+// `interrupted`: the state that is left when the module goes meanwhile.
+static void BeginActivation(ULONG first, ULONG interrupted)
 {
-    TheModule().activation.before = TheModule().activation.state;
+    TheModule().activation.before = interrupted;
     EnterActivation(first);
 }
 
@@ -327,7 +328,7 @@ extern "C" ULONG ActivateManual(char* spc, WORD sid, char* mdn, char* min, ULONG
     Copy(cdma.true_imsi.min, min);
     if (prl_size > 0) cdma.prl_version = static_cast<WORD>(prl[2] << 8 | prl[3]);
     KeepMobileIPSecrets(ha_secret, aaa_secret);
-    BeginActivation(kLastStep);
+    BeginActivation(kLastStep, kActivated); // all of it is in the module by now
     return call.Done();
 }
 
@@ -339,7 +340,7 @@ extern "C" ULONG ActivateAutomatic(char* code)
     if (IsUnderWay()) return kNoEffect;
     if (TheModule().power.mode != 0) return kNoNetwork;
     if (!Copy(TheModule().activation.code, code)) return kInvalidArgument;
-    BeginActivation(kFirstStep);
+    BeginActivation(kFirstStep, TheModule().activation.state);
     return call.Done();
 }
 
@@ -358,6 +359,7 @@ extern "C" ULONG ResetToFactoryDefaults(char* spc)
     const bool umts = TheModule().connection.umts;
     ResetCdma(umts);
     ResetMobileIP(umts);
+    ResetHomeNetwork(umts);
     ResetProfiles();
     ResetManagement();
     ResetExtendedManagement();

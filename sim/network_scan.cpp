@@ -31,21 +31,24 @@ enum Attachment : ULONG { kAttached = 1, kDetached = 2 };
 constexpr ULONG kGsm = 4;
 constexpr ULONG kUmts = 5;
 
+void ResetHomeNetwork(bool umts)
+{
+    NetworkScanState& scan = TheModule().scan;
+    scan.home_mcc = 1;
+    scan.home_mnc = 1;
+    scan.home_sid = umts ? 0 : 4107;
+    scan.home_nid = umts ? 0 : 65535;
+    Copy(scan.home_name, umts ? "Test Network" : "Test Carrier");
+}
+
 void ResetNetworkScan(bool umts)
 {
     NetworkScanState& scan = TheModule().scan;
     scan = {};
     scan.mode = kAutomatic;
     scan.register_ms = 200;
-    scan.home_mcc = 1;
-    scan.home_mnc = 1;
-    if (!umts) {
-        scan.home_sid = 4107;
-        scan.home_nid = 65535;
-        Copy(scan.home_name, "Test Carrier");
-        return;
-    }
-    Copy(scan.home_name, "Test Network");
+    ResetHomeNetwork(umts);
+    if (!umts) return;
     constexpr int32_t kNetworks[][4] = {
         {1, 1, 5, kPreferred}, {1, 1, 4, kPreferred}, {1, 2, 5, 0}, {1, 3, 4, kForbidden}, {999, 70, 5, kRoaming}};
     scan.networks.count = std::size(kNetworks);

@@ -30,6 +30,7 @@ void ResetDataStatus(bool umts);
 void ResetProfiles();
 void ResetMobileIP(bool umts);
 void ResetNetworkScan(bool umts);
+void ResetHomeNetwork(bool umts);
 void ResetCdma(bool umts);
 void ResetSubscriber(bool umts);
 void ResetManagement();

@@ -302,15 +302,21 @@ TEST_F(SimulatorProvisioning, ActivatesByHand)
     EXPECT_EQ(Get("home.sid") + " " + Get("cdma.mdn") + " " + Get("cdma.min") + " " + Get("cdma.prl-version") + " " +
                   Get("mip.0.ha-secret") + " " + Get("mip.0.aaa-secret"),
               "32767 4155550100 4155550188 4660 one two");
+    sim.Command("set activation.state 0");
+    EXPECT_EQ(activate(spc, 4, mdn, min, 0, nullptr, nullptr, nullptr), 0u);
+    sim.Command("module leaves");
+    sim.Command("module returns");
+    EXPECT_EQ(Get("activation.state"), "1") << "the reset that follows does not undo it";
+    TakeEvents();
 
     sim.Command("set auto-connect 1");
     sim.Command("set omadm.provisioning 0");
     EXPECT_EQ(SIM_ENTRY(ResetToFactoryDefaults)(spc), 0u);
     sim.Command("advance 1000");
     EXPECT_EQ(TakeEvents(), Lines{"0"});
-    EXPECT_EQ(Get("cdma.mdn") + " " + Get("mip.0.ha-secret") + " " + Get("auto-connect") + " " +
-                  Get("omadm.provisioning"),
-              "2025550123 secret 0 1");
+    EXPECT_EQ(Get("cdma.mdn") + " " + Get("home.sid") + " " + Get("mip.0.ha-secret") + " " + Get("auto-connect") +
+                  " " + Get("omadm.provisioning"),
+              "2025550123 4107 secret 0 1");
 }
 
 // --- device management
