@@ -112,8 +112,8 @@ ORV_API ORV_RCODE ORV_CALL OrvPstGetAccolc(ULONG nam, BYTE* pbAccolc);
 ORV_API ORV_RCODE ORV_CALL OrvPstSetAccolc(ULONG nam, WORD accolc);
 
 /*
- * The slot cycle index, and whether the module registers in its home system, in foreign systems and in foreign
- * networks: flags 0 or 1. All four as OrvIsModemReady read them, 0 before.
+ * The slot cycle index, and the home-only, SID-registration and NID-registration flags, 0 or 1. All four as
+ * OrvIsModemReady read them, 0 before.
  */
 ORV_API ORV_RCODE ORV_CALL OrvPstGetSci(BYTE* pbSci);
 ORV_API ORV_RCODE ORV_CALL OrvPstGetTermHome(ULONG nam, BYTE* pbEnabled);
@@ -123,7 +123,7 @@ ORV_API ORV_RCODE ORV_CALL OrvPstGetTermNid(ULONG nam, BYTE* pbEnabled);
 ORV_API ORV_RCODE ORV_CALL OrvPstSetSci(BYTE sci);
 
 /*
- * The preferred mode of operation: 3 or 4 automatic (see below), 9 CDMA 1x only, 10 CDMA 1xEV-DO only.
+ * The preferred mode of operation: 3 AMPS only, 4 automatic, 9 CDMA 1x only, 10 CDMA 1xEV-DO only.
  * *puMode [out]: 4 for no preference, 3, 9 or 10 for a CDMA-type preference of the vendor's protocols 4, 8 or 16.
  * Returns also 6, with *puMode 0, for any other preference.
  */
