@@ -314,8 +314,8 @@ TEST_F(SimulatorProvisioning, ActivatesByHand)
     EXPECT_EQ(SIM_ENTRY(ResetToFactoryDefaults)(spc), 0u);
     sim.Command("advance 1000");
     EXPECT_EQ(TakeEvents(), Lines{"0"});
-    EXPECT_EQ(Get("cdma.mdn") + " " + Get("home.sid") + " " + Get("mip.0.ha-secret") + " " + Get("auto-connect") +
-                  " " + Get("omadm.provisioning"),
+    EXPECT_EQ(Get("cdma.mdn") + " " + Get("home.sid") + " " + Get("mip.0.ha-secret") + " " + Get("auto-connect") + " " +
+                  Get("omadm.provisioning"),
               "2025550123 4107 secret 0 1");
 }
 
