@@ -81,6 +81,8 @@ void AddDemoCommands(Client& client);       // demo
 void AddCoreCommands(Client& client);      // info, power, connect, disconnect, network, codes
 void AddAtCommands(Client& client);        // at
 void AddCdmaCommands(Client& client);      // cdma, banner
+void AddProvisionCommands(Client& client); // provision
+void AddMobileIpCommands(Client& client);  // mip
 void AddEventCommands(Client& client);     // events
 void AddMonitorCommands(Client& client);   // monitor
 void AddCallCommands(Client& client);      // call dial, list, answer, end, hold, swap

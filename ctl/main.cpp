@@ -100,6 +100,8 @@ int Run(int argc, char** argv)
     ctl::AddCoreCommands(client);
     ctl::AddAtCommands(client);
     ctl::AddCdmaCommands(client);
+    ctl::AddProvisionCommands(client);
+    ctl::AddMobileIpCommands(client);
     ctl::AddEventCommands(client);
     ctl::AddMonitorCommands(client);
     ctl::AddCallCommands(client);
