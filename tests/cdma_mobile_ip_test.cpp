@@ -9,36 +9,21 @@
 #include <utility>
 #include <vector>
 
-#include "talvek/talvek.h"
-#include "tests/support/guard_sweep.h"
-#include "tests/support/log_capture.h"
-#include "tests/support/sim_harness.h"
+#include "tests/support/cdma_module.h"
 
 namespace {
-
-using Lines = std::vector<std::string>;
 
 const char* const kReset =
     "This API needs to modem reset, if any application uses this API it needs to reset the modem";
 
-class CdmaMobileIp : public ::testing::Test {
+class CdmaMobileIp : public CdmaModule {
 protected:
     void SetUp() override
     {
-        SelectModule(sim, "cdma:5101");
+        Start();
         OrvPstUnlock(0);
         sim.ClearJournal();
     }
-    ~CdmaMobileIp() override { OrvApiShutdown(); }
-
-    Lines Calls()
-    {
-        const Lines calls = sim.Journal();
-        sim.ClearJournal();
-        return calls;
-    }
-
-    SimHarness sim{"cdma:5101"};
 };
 using CdmaCalls = CdmaMobileIp;
 

@@ -21,6 +21,14 @@ protected:
         }
     }
 
+    // The calls since the last time.
+    Lines Calls()
+    {
+        const Lines calls = sim.Journal();
+        sim.ClearJournal();
+        return calls;
+    }
+
     SimHarness sim{"cdma:5101"};
 };
 
