@@ -304,6 +304,7 @@ TEST_F(SimulatorProvisioning, ActivatesByHand)
               "32767 4155550100 4155550188 4660 one two");
     sim.Command("set activation.state 0");
     EXPECT_EQ(activate(spc, 4, mdn, min, 0, nullptr, nullptr, nullptr), 0u);
+    sim.Command("advance 50");
     sim.Command("module leaves");
     sim.Command("module returns");
     EXPECT_EQ(Get("activation.state"), "1") << "the reset that follows does not undo it";
