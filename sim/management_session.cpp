@@ -10,12 +10,12 @@ constexpr ULONG kAuthenticated = 6;   // what comes after it is there only if th
 constexpr ULONG kMaxWorthAnother = 2; // network or server out of reach: another attempt may succeed
 
 struct Path {
-    BYTE steps[9]; // ends with kDone
+    BYTE steps[8]; // ends with kDone
 };
 // By the type of the session.
-constexpr Path kPaths[] = {{{4, 5, 6, 7, 8, kDone}},        {{4, 5, 6, 9, kDone}}, {{4, 5, 6, 7, 8, 9, 10, kDone}},
-                           {{4, 5, 6, 7, 8, 9, 10, kDone}}, {{4, 5, 6, 9, kDone}}, {{4, 5, 6, 7, 8, kDone}},
-                           {{4, 5, 6, 11, 12, kDone}}};
+constexpr Path kPaths[] = {{{5, 6, 7, 8, kDone}},        {{5, 6, 9, kDone}}, {{5, 6, 7, 8, 9, 10, kDone}},
+                           {{5, 6, 7, 8, 9, 10, kDone}}, {{5, 6, 9, kDone}}, {{5, 6, 7, 8, kDone}},
+                           {{5, 6, 11, 12, kDone}}};
 
 void FreshSession(ManagementSession& session)
 {
@@ -56,7 +56,7 @@ static ULONG NextState(const ManagementSession& session)
 
 ULONG ProceedSession(ManagementSession& session)
 {
-    if (LimitLeft(session) == 0) {
+    if (session.state == kGivesUp || LimitLeft(session) == 0) {
         FailSession(session, kRetriesUsedUp);
         return kNoStep;
     }
@@ -67,12 +67,16 @@ ULONG ProceedSession(ManagementSession& session)
         return IsRunning(session) ? session.step_ms : kNoStep;
     }
     --session.fail_times;
-    if (session.fail_reason > kMaxWorthAnother || session.retry_count == session.max_retries) {
-        FailSession(session, session.fail_reason > kMaxWorthAnother ? session.fail_reason : ULONG{kRetriesUsedUp});
+    if (session.fail_reason > kMaxWorthAnother) {
+        FailSession(session, session.fail_reason);
         return kNoStep;
     }
-    session.state = kWaiting;
     session.failure_reason = session.fail_reason;
+    if (session.retry_count == session.max_retries) {
+        session.state = kGivesUp;
+        return session.step_ms;
+    }
+    session.state = kWaiting;
     ++session.retry_count;
     const ULONG pause_ms = session.pause_seconds * 1000;
     session.pause_ends_ms = Now() + pause_ms;

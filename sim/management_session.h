@@ -10,7 +10,8 @@ enum ManagementStep : ULONG {
     kNothingNew = 1,
     kFailed = 2,
     kWaiting = 3,
-    kConnecting = 4,
+    kGivesUp = 4, // no attempt is left
+    kConnecting = 5,
     kPrlLoaded = 9,
     kPackageFound = 11 // a firmware update waits for a selection here
 };

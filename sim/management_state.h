@@ -6,7 +6,8 @@
 namespace sim {
 
 struct ManagementSession {
-    ULONG state; // 0 done, 1 done and nothing new, 2 failed, 3 waits to try again, 4 and above: a step on the way
+    ULONG state; // 0 done, 1 done and nothing new, 2 failed, 3 waits to try again, 4 gives up, 5 and above: a step on
+                 // the way
     ULONG type;
     ULONG failure_reason;
     BYTE retry_count, max_retries;

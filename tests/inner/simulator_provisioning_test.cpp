@@ -332,26 +332,26 @@ TEST_F(SimulatorProvisioning, ManagementSessionsGoFromStartToEnd)
         Lines events;
         const char* prl_version;
     } rows[] = {
-        {"configuration", 0, {}, {"4:0", "5:0", "6:0", "7:0", "8:0", "0:0"}, "50001"},
-        {"roaming list", 1, {}, {"4:0", "5:0", "6:0", "9:0", "0:0"}, "50002"},
-        {"activation", 2, {}, {"4:0", "5:0", "6:0", "7:0", "8:0", "9:0", "10:0", "0:0"}, "50002"},
-        {"nothing new", 1, {"set omadm.has-update 0"}, {"4:0", "5:0", "6:0", "1:0"}, "50001"},
+        {"configuration", 0, {}, {"5:0", "6:0", "7:0", "8:0", "0:0"}, "50001"},
+        {"roaming list", 1, {}, {"5:0", "6:0", "9:0", "0:0"}, "50002"},
+        {"activation", 2, {}, {"5:0", "6:0", "7:0", "8:0", "9:0", "10:0", "0:0"}, "50002"},
+        {"nothing new", 1, {"set omadm.has-update 0"}, {"5:0", "6:0", "1:0"}, "50001"},
         {"refused",
          0,
          {"set omadm.fail-at 6", "set omadm.fail-reason 3", "set omadm.fail-times 1"},
-         {"4:0", "5:0", "2:3"},
+         {"5:0", "2:3"},
          "50001"},
         {"out of reach once",
          1,
-         {"set omadm.fail-at 5", "set omadm.fail-reason 2", "set omadm.fail-times 1"},
-         {"4:0", "3:2", "4:2", "5:2", "6:2", "9:2", "0:0"},
+         {"set omadm.fail-at 6", "set omadm.fail-reason 2", "set omadm.fail-times 1"},
+         {"5:0", "3:2", "5:2", "6:2", "9:2", "0:0"},
          "50002"},
         {"out of reach",
          1,
-         {"set omadm.fail-at 5", "set omadm.fail-reason 1", "set omadm.fail-times 9"},
-         {"4:0", "3:1", "4:1", "3:1", "4:1", "3:1", "4:1", "2:4"},
+         {"set omadm.fail-at 6", "set omadm.fail-reason 1", "set omadm.fail-times 9"},
+         {"5:0", "3:1", "5:1", "3:1", "5:1", "3:1", "5:1", "4:1", "2:4"},
          "50001"},
-        {"too long", 1, {"set omadm.limit-seconds 1", "set omadm.step-ms 600"}, {"4:0", "5:0", "2:4"}, "50001"},
+        {"too long", 1, {"set omadm.limit-seconds 1", "set omadm.step-ms 600"}, {"5:0", "6:0", "2:4"}, "50001"},
     };
     for (const auto& row : rows) {
         sim.Command("reset");
@@ -379,7 +379,7 @@ TEST_F(SimulatorProvisioning, TellsOfAManagementSession)
     };
     EXPECT_EQ(info(), (std::vector<ULONG>{0, 0, 0, 0, 10, 0}));
     EXPECT_EQ(SIM_ENTRY(OMADMCancelSession)(), 15u);
-    sim.Command("set omadm.fail-at 5");
+    sim.Command("set omadm.fail-at 6");
     sim.Command("set omadm.fail-reason 1");
     sim.Command("set omadm.fail-times 1");
     SIM_ENTRY(OMADMStartSession)(1);
@@ -388,7 +388,7 @@ TEST_F(SimulatorProvisioning, TellsOfAManagementSession)
     EXPECT_EQ(SIM_ENTRY(OMADMCancelSession)(), 0u);
     EXPECT_EQ(info(), (std::vector<ULONG>{2, 1, 5, 1, 10, 0}));
     sim.Command("advance 100000");
-    EXPECT_EQ(TakeEvents(), (Lines{"4:0", "3:1", "2:5"})) << "and nothing after the end";
+    EXPECT_EQ(TakeEvents(), (Lines{"5:0", "3:1", "2:5"})) << "and nothing after the end";
 
     ULONG provisioning = 0, prl = 0;
     EXPECT_EQ(SIM_ENTRY(OMADMSetProvisioningFeature)(2), 4u);
@@ -424,7 +424,7 @@ TEST_F(SimulatorProvisioning, AlertsOfBothKindsWaitForTheirAnswer)
     sim.Command("set omadm.pending-prl 10");
     EXPECT_EQ(SIM_ENTRY(OMADMSendSelection)(1, 10), 10u) << "one waits already";
     sim.Command("advance 5000");
-    EXPECT_EQ(TakeEvents(), (Lines{"4:0", "5:0", "6:0", "9:0", "0:0", "4:0", "5:0", "6:0", "7:0", "8:0", "0:0"}));
+    EXPECT_EQ(TakeEvents(), (Lines{"5:0", "6:0", "9:0", "0:0", "5:0", "6:0", "7:0", "8:0", "0:0"}));
     EXPECT_EQ(Get("omadm.type"), "5");
     EXPECT_EQ(SIM_ENTRY(OMADMSendSelection)(0, 10), 0u);
     EXPECT_EQ(SIM_ENTRY(OMADMGetPendingNIA)(&type, &id), 9u);
@@ -482,7 +482,7 @@ TEST_F(SimulatorProvisioning, UpdatesFirmwareWhenTheClientAgrees)
     SIM_ENTRY(ORVOMAEXSetEventReport)();
     SIM_ENTRY(ORVOMAEXSessionStart)(&firmware);
     sim.Command("advance 10000");
-    EXPECT_EQ(TakeEvents(), (Lines{"fumo 4", "fumo 5", "fumo 6", "fumo 11"})) << "waits for an answer";
+    EXPECT_EQ(TakeEvents(), (Lines{"fumo 5", "fumo 6", "fumo 11"})) << "waits for an answer";
     EXPECT_EQ(SIM_ENTRY(ORVOMAEXSessionGetInfo)(&info), 0u);
     EXPECT_EQ(std::vector<ULONG>({info.state, info.type, info.failureReason, info.retryCount, info.pauseSeconds,
                                   info.remainingSeconds, info.packageSize}),
@@ -494,11 +494,11 @@ TEST_F(SimulatorProvisioning, UpdatesFirmwareWhenTheClientAgrees)
     sim.Command("advance 10000");
     EXPECT_EQ(SIM_ENTRY(ORVOMAEXSelection)(&no), 0u);
     sim.Command("advance 10000");
-    EXPECT_EQ(TakeEvents(), (Lines{"fumo 4", "fumo 5", "fumo 6", "fumo 11", "fumo 2"}));
+    EXPECT_EQ(TakeEvents(), (Lines{"fumo 5", "fumo 6", "fumo 11", "fumo 2"}));
     sim.Command("set omaex.auto-accept 1");
     SIM_ENTRY(ORVOMAEXSessionStart)(&firmware);
     sim.Command("advance 10000");
-    EXPECT_EQ(TakeEvents(), (Lines{"fumo 4", "fumo 5", "fumo 6", "fumo 11", "fumo 12", "fumo 0"}));
+    EXPECT_EQ(TakeEvents(), (Lines{"fumo 5", "fumo 6", "fumo 11", "fumo 12", "fumo 0"}));
 
     sim.Command("set omaex.alert 4");
     sim.Command("set omaex.network-initiated 0");
@@ -506,7 +506,7 @@ TEST_F(SimulatorProvisioning, UpdatesFirmwareWhenTheClientAgrees)
     sim.Command("set omaex.network-initiated 1");
     EXPECT_EQ(SIM_ENTRY(ORVOMAEXSelection)(&yes), 0u);
     sim.Command("advance 10000");
-    EXPECT_EQ(TakeEvents(), (Lines{"oma 4:0", "oma 5:0", "oma 6:0", "oma 9:0", "oma 0:0"}));
+    EXPECT_EQ(TakeEvents(), (Lines{"oma 5:0", "oma 6:0", "oma 9:0", "oma 0:0"}));
     EXPECT_EQ(SIM_ENTRY(ORVOMAEXSelection)(&no), 9u) << "was answered";
     sim.Command("set omaex.firmware-update 0");
     EXPECT_EQ(SIM_ENTRY(ORVOMAEXSessionStart)(&firmware), 23u);
