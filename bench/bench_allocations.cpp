@@ -30,7 +30,9 @@ alignas(16) BYTE s_blocks[16][kBlockSize];
 template <class Argument>
 Argument Blank(size_t position)
 {
-    if constexpr (std::is_pointer_v<Argument>) {
+    if constexpr (std::is_same_v<Argument, const WCHAR*>) {
+        return TXT("eri_nam1"); // the one name that a getter takes
+    } else if constexpr (std::is_pointer_v<Argument>) {
         return reinterpret_cast<Argument>(memset(s_blocks[position], 0, kBlockSize));
     } else if constexpr (std::is_same_v<Argument, OrvAirServer>) {
         return OrvAirServer{sizeof(OrvAirServer), {}, ORV_DEVICE_5120};
@@ -62,7 +64,7 @@ struct Getter {
 Getter s_getters[] = {
 #define GETTER(name) {#name, [] { return CallWithBlanks(&name); }, nullptr},
 #define READS_REGISTRY(name) {#name, [] { return CallWithBlanks(&name); }, "reads the registry file"},
-#define ALLOCATES(name) {#name, [] { return CallWithBlanks(&name); }, "has a buffer of the caller's size"},
+#define ALLOCATES(name) {#name, [] { return CallWithBlanks(&name); }, "has a buffer on the heap"},
 #define NOT_SERVED(name) {#name, [] { return CallWithBlanks(&name); }, nullptr, false},
 #include "bench/getter_rows.h"
 #undef NOT_SERVED

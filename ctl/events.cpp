@@ -191,8 +191,10 @@ Json PacketAlert(const Payload& p) { return {{"value", p.GsmPacketAlert.uValue}}
 Json OmaDmState(const Payload& p)
 {
     const OrvOMADMSessionState& s = p.OMADMState;
-    return {{"busy", s.bBusy != 0}, {"session_id", s.uSessionId}, {"type", s.eType},     {"source", s.eSource},
-            {"state", s.nState},    {"error", s.uError},          {"idle", s.bIdle != 0}};
+    return {{"busy", s.bBusy != 0}, {"pause_seconds", s.uPauseSeconds},
+            {"type", s.eType},      {"source", s.eSource},
+            {"state", s.nState},    {"error", s.uError},
+            {"idle", s.bIdle != 0}};
 }
 
 Json OmaDmAlert(const Payload& p)

@@ -6,6 +6,7 @@
 #include "notify/adapters.h"
 #include "notify/delivery.h"
 #include "notify/direct.h"
+#include "notify/omadm_alert.h"
 #include "notify/record.h"
 #include "state/globals.h"
 #include "utility/log.h"
@@ -13,10 +14,6 @@
 namespace {
 
 constexpr const WCHAR* kLogSource = TXT(".\\OrvNotify.cpp");
-
-constexpr ULONG kAlertReceived = 2;
-constexpr ULONG kClassDeviceConfiguration = 1;
-constexpr ULONG kClassPrl = 2;
 
 static_assert(sizeof(FUMOInfo) + sizeof(ULONG) == sizeof(OrvFUMOEventPayload), "the record, then a reserved word");
 static_assert(sizeof(OMAInfo) + sizeof(ULONG) == sizeof(OrvOMAEventPayload), "the record, then a reserved word");
@@ -58,13 +55,8 @@ struct OmadmAlertEvent {
 
     Outcome Fill(OrvNotifyRecord& record, const szNotifyItem&)
     {
-        OrvOMADMAlert& alert = record.payload.OMADMAlert;
-        record.uPayloadSize = sizeof alert;
-        alert.sizeStruct = sizeof alert;
-        alert.nState = kAlertReceived;
-        alert.nType = session_class;
-        if (session_class == kClassDeviceConfiguration) alert.uDcSessionId = session_id;
-        if (session_class == kClassPrl) alert.uPrlSessionId = session_id;
+        record.uPayloadSize = sizeof record.payload.OMADMAlert;
+        record.payload.OMADMAlert = PendingOmadmAlert(session_class, session_id);
         return Outcome::Deliver;
     }
 };

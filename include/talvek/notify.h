@@ -236,24 +236,26 @@ typedef struct tagOrvGsmPacketAlertPayload { /* 2035 */
     ULONG uReserved[2];
 } OrvGsmPacketAlertPayload;
 
-typedef struct tagOrvOMADMSessionState { /* 2269, and the record of OrvGetOMADMSessionState */
+/* Values: talvek/cdma_omadm.h. In 2269 every field but sizeStruct and nState is 0; in the record of
+ * OrvGetOMADMSessionState nState is 0. */
+typedef struct tagOrvOMADMSessionState { /* 2269 */
     ULONG sizeStruct;                    /* 32 */
-    ULONG bBusy;
-    WORD uSessionId;
+    ULONG bBusy;                         /* 1 while the session is under way */
+    WORD uPauseSeconds;                  /* between two attempts */
     WORD uPadding;
-    ULONG eType;
-    ULONG eSource;
-    ULONG nState;
-    ULONG uError;
-    ULONG bIdle;
+    ULONG eType;   /* ORV_OMADM_TYPE_… */
+    ULONG eSource; /* ORV_OMADM_SOURCE_… */
+    ULONG nState;  /* ORV_OMADM_STATE_… */
+    ULONG uError;  /* 0, or ORV_OMADM_STATE_FAILED */
+    ULONG bIdle;   /* 1 when there is none, or it has ended with success */
 } OrvOMADMSessionState;
 
 typedef struct tagOrvOMADMAlert { /* 2270; the session's identifier stands in the field of its class */
-    ULONG sizeStruct;
-    ULONG nState;        /* 2 */
-    ULONG uDcSessionId;  /* device configuration */
-    ULONG uPrlSessionId; /* preferred roaming list */
-    ULONG nType;
+    ULONG sizeStruct;             /* 20 */
+    ULONG nState;                 /* ORV_OMADM_ALERT_…; in 2270 it is ORV_OMADM_ALERT_PENDING */
+    ULONG uDcSessionId;           /* device configuration */
+    ULONG uPrlSessionId;          /* preferred roaming list */
+    ULONG nType;                  /* ORV_OMADM_TYPE_… */
 } OrvOMADMAlert;
 
 typedef struct tagOrvUSSDPayload { /* 2281 */

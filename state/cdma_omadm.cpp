@@ -1,0 +1,4 @@
+#include "state/cdma_omadm.h"
+
+WORD g_OMADMDCsessionID;
+WORD g_OMADMPRLsessionID;
