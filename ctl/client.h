@@ -88,6 +88,9 @@ void AddMonitorCommands(Client& client);   // monitor
 void AddCallCommands(Client& client);      // call dial, list, answer, end, hold, swap
 void AddUssdCommands(Client& client);      // ussd send, answer, cancel
 void AddAudioCommands(Client& client);     // audio show, set, tone
+void AddOmaDmCommands(Client& client);     // omadm
+void AddOmaExCommands(Client& client);     // omaex
+void AddEriCommands(Client& client);       // eri get
 void AddSimulatorCommands(Client& client); // sim run, sim command, sim emit, sim exec
 void AddDemoCommands(Client& client);      // demo
 

@@ -108,6 +108,9 @@ int Run(int argc, char** argv)
     ctl::AddUssdCommands(client);
     ctl::AddAudioCommands(client);
     ctl::AddGsmProfileCommands(client);
+    ctl::AddOmaDmCommands(client);
+    ctl::AddOmaExCommands(client);
+    ctl::AddEriCommands(client);
     ctl::AddSimulatorCommands(client);
     ctl::AddDemoCommands(client);
     try {
