@@ -87,6 +87,7 @@ GETTER(OrvGetMipErrCode)
 GETTER(OrvGetMobileIPProfile)
 GETTER(OrvGetActivationStatus)
 GETTER(OrvGetCallConnectionState)
+
 // cdma_omadm.h
 ALLOCATES(OrvGetEFileInfo)
 GETTER(OrvGetEFile)
