@@ -27,6 +27,12 @@ ORV_RCODE RequireUmts(ORV_RCODE otherwise)
     return g_WirelessTech == ORV_TECH_UMTS ? ORV_RCODE_OK : otherwise;
 }
 
+ORV_RCODE RequireDetected()
+{
+    if (const ORV_RCODE refused = RequireInitialized()) return refused;
+    return g_WirelessTech != ORV_TECH_UNDETERMINED ? ORV_RCODE_OK : ORV_RCODE_NOT_AVAILABLE;
+}
+
 ORV_RCODE RequireInitializedLogged()
 {
     if (Gobi().IsInitialized()) return ORV_RCODE_OK;

@@ -37,6 +37,8 @@ ORV_RCODE RequireCdma();
 ORV_RCODE RequireInitializedCdma();
 // 10 before start-up, then `otherwise` (1 or 17, as the function has it) on a module that is not GSM/UMTS.
 ORV_RCODE RequireUmts(ORV_RCODE otherwise);
+// 10 before start-up, then 17 while the kind of the module is not known.
+ORV_RCODE RequireDetected();
 
 // The guards of the functions over the AT port. Each refusal has its log line.
 

@@ -1,5 +1,7 @@
 #include "at/reply.h"
 
+#include <string.h>
+
 #include "at/parse.h"
 #include "utility/log.h"
 
@@ -42,4 +44,19 @@ ULONG Reply::Number(const char* fault, int line)
 void Reply::LineBreak(const char* fault, int line)
 {
     if (!m_failed && !ParseRspSuffix(m_rest, &m_rest)) Fail(fault, line);
+}
+
+bool Reply::Has(const char* text) { return !m_failed && MatchStringBeginning(m_rest, text, &m_rest); }
+
+const char* Reply::UpTo(const char* stops, ULONG* length)
+{
+    const char* const begin = m_rest;
+    if (!m_failed) m_rest += strcspn(m_rest, stops);
+    *length = static_cast<ULONG>(m_rest - begin);
+    return begin;
+}
+
+void Reply::Refuse(const char* fault, int line)
+{
+    if (!m_failed) Fail(fault, line);
 }

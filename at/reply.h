@@ -30,6 +30,12 @@ public:
     ULONG Number(const char* fault, int line = __builtin_LINE());
     // The line break that must follow a value.
     void LineBreak(const char* fault, int line = __builtin_LINE());
+    // Whether exactly this text stands here; it is then read. Never a fault.
+    bool Has(const char* text);
+    // What stands before the first of the characters `stops`, or before the end; `*length` characters.
+    const char* UpTo(const char* stops, ULONG* length);
+    // The caller's own fault with what was read.
+    void Refuse(const char* fault, int line = __builtin_LINE());
 
     // What has not been read yet, terminated.
     const char* Rest() const { return m_rest; }
