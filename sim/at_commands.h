@@ -6,7 +6,14 @@
 namespace sim {
 
 // What a command answers behind its information lines. The numbers are those of "+CME ERROR: ".
-enum class AtResult : BYTE { NotAllowed = 3, NotSupported = 4, NotFound = 22, WrongParameter = 50, Ok = 255 };
+enum class AtResult : BYTE {
+    NotAllowed = 3,
+    NotSupported = 4,
+    NoCard = 10,
+    NotFound = 22,
+    WrongParameter = 50,
+    Ok = 255
+};
 
 struct AtCommand {
     const char* name; // a command with an argument: what stands before it
@@ -21,7 +28,7 @@ struct AtCommandTable {
     ULONG count;
 };
 
-extern const AtCommandTable kAtSettingCommands;
+extern const AtCommandTable kAtSettingCommands, kAtSimFileCommands;
 
 // The restricted commands are open for the one command that follows a successful AT!UNLOCK. To be called before each
 // command that is run.

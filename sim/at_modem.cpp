@@ -180,7 +180,7 @@ static const char* Matches(const AtCommand& command, const char* line)
 static AtResult Run(const char* line, Writer& reply)
 {
     AtBeginCommand();
-    for (const AtCommandTable& table : {kOwnCommands, kAtSettingCommands}) {
+    for (const AtCommandTable& table : {kOwnCommands, kAtSettingCommands, kAtSimFileCommands}) {
         for (ULONG i = 0; i < table.count; ++i) {
             const AtCommand& command = table.commands[i];
             if (const char* argument = Matches(command, line)) return command.run(argument, reply);
@@ -196,6 +196,8 @@ static const char* ErrorText(AtResult result)
         return "operation not allowed";
     case AtResult::NotSupported:
         return "operation not supported";
+    case AtResult::NoCard:
+        return "SIM not inserted";
     case AtResult::NotFound:
         return "not found";
     case AtResult::WrongParameter:

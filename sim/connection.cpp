@@ -55,6 +55,7 @@ void ResetModule(bool umts, ULONG product)
     ResetCellLocation();
     ResetSms(umts);
     ResetUim(umts);
+    ResetSimFiles();
     ResetPosition();
     ResetImages();
     ResetAudio();
@@ -92,6 +93,7 @@ void ModuleReturns()
     TheModule().power.mode = 0;
     UnlockSpc();
     RestartUim();
+    RestartSimFiles();
     RestartPosition();
     RestartAtModem();
 }

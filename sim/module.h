@@ -17,6 +17,7 @@
 #include "sim/phonebook_state.h"
 #include "sim/position_state.h"
 #include "sim/profiles_state.h"
+#include "sim/sim_files_state.h"
 #include "sim/sms_state.h"
 #include "sim/supplementary_state.h"
 #include "sim/uim_state.h"
@@ -136,6 +137,7 @@ struct ModuleState {
     WaitingState waiting;
     SmsState sms;
     UimState uim;
+    SimFilesState sim_files;
     PositionState position;
     ImagesState images;
     AudioState audio;

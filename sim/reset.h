@@ -19,12 +19,14 @@ void ResetPhonebook(bool umts);
 void ResetCellLocation();
 void ResetSms(bool umts);
 void ResetUim(bool umts);
+void ResetSimFiles();
 void ResetPosition();
 void ResetImages();
 void ResetAudio();
 void ResetM2mAudio();
 // The module has come back: PINs are to be verified again, and fixes to be started.
 void RestartUim();
+void RestartSimFiles();
 void RestartPosition();
 void ResetDataStatus(bool umts);
 void ResetProfiles();
