@@ -77,6 +77,7 @@ void AddUssdCommands(Client& client);       // ussd send, answer, cancel
 void AddAudioCommands(Client& client);      // audio show, set, tone
 void AddGsmProfileCommands(Client& client); // profile show, set; session up, down, address, traffic
 void AddSimulatorCommands(Client& client);  // sim run, sim command, sim emit, sim exec
+void AddGsmSimCommands(Client& client);     // sim status, pin, puk, lock, file, apdu; after the simulator's
 void AddDemoCommands(Client& client);       // demo
 void AddCoreCommands(Client& client);      // info, power, connect, disconnect, network, codes
 void AddAtCommands(Client& client);        // at

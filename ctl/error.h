@@ -16,7 +16,9 @@ constexpr int kExitNoProgram = 127; // as a shell reports a program that cannot 
 // A function of the interface gave a result other than 0.
 class CallFailed : public std::runtime_error {
 public:
-    CallFailed(const char* function, ORV_RCODE code, std::optional<ULONG> failure_reason = {});
+    // `remark` follows what the code means.
+    CallFailed(const char* function, ORV_RCODE code, std::optional<ULONG> failure_reason = {},
+               const std::string& remark = {});
 
     const char* Function() const { return m_function; }
     ORV_RCODE Code() const { return m_code; }
@@ -27,6 +29,20 @@ private:
     const char* m_function;
     ORV_RCODE m_code;
     std::optional<ULONG> m_failure_reason;
+};
+
+// A request with a PIN or a PUK was refused.
+class PinRefused : public CallFailed {
+public:
+    // `cme_error`: ORV_CME_… `attempts_left`: with that PIN or PUK, where it is known.
+    PinRefused(const char* function, ORV_RCODE code, ULONG cme_error, std::optional<ULONG> attempts_left);
+
+    ULONG CmeError() const { return m_cme_error; }
+    std::optional<ULONG> AttemptsLeft() const { return m_attempts_left; }
+
+private:
+    ULONG m_cme_error;
+    std::optional<ULONG> m_attempts_left;
 };
 
 // A method of COrvGobiDll gave a vendor status other than 0.

@@ -112,6 +112,7 @@ int Run(int argc, char** argv)
     ctl::AddOmaExCommands(client);
     ctl::AddEriCommands(client);
     ctl::AddSimulatorCommands(client);
+    ctl::AddGsmSimCommands(client);
     ctl::AddDemoCommands(client);
     try {
         return client.Execute(argc, argv);

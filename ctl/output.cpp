@@ -24,6 +24,10 @@ Json ErrorObject(const std::exception& error)
                        {"name", OrvRcodeName(call->Code())},
                        {"meaning", OrvRcodeMeaning(call->Code())}};
         if (call->FailureReason()) object["failure_reason"] = *call->FailureReason();
+        if (const auto* refused = dynamic_cast<const PinRefused*>(&error)) {
+            object["cme_error"] = refused->CmeError();
+            object["attempts_left"] = refused->AttemptsLeft() ? Json(*refused->AttemptsLeft()) : Json();
+        }
         return object;
     }
     if (const auto* call = dynamic_cast<const VendorCallFailed*>(&error)) {
@@ -66,6 +70,11 @@ void Report::AddNamed(const std::string& place, const std::string& label, ULONG 
 void Report::AddHidden(const std::string& place, Json value) { m_result[Pointer(place)] = std::move(value); }
 
 void Report::AddLine(const std::string& line) { m_rows.push_back({"", Printable(line)}); }
+
+void Report::AddText(const std::string& label, const std::string& text)
+{
+    m_rows.push_back({label.empty() ? " " : label, Printable(text)}); // one without a label has a line by itself
+}
 
 void Report::Merge(const Report& other)
 {

@@ -23,9 +23,10 @@ public:
     void Add(const std::string& place, const std::string& label, Json value, std::optional<std::string> text = {});
     // A number under `place`, and its name, null for none, under `place`_name.
     void AddNamed(const std::string& place, const std::string& label, ULONG number, const char* name);
-    // A value that only the JSON form has, and a line that only the text form has.
+    // A value that only the JSON form has; a line, and a text with a label, that only the text form has.
     void AddHidden(const std::string& place, Json value);
     void AddLine(const std::string& line);
+    void AddText(const std::string& label, const std::string& text);
     // Everything that `other` has.
     void Merge(const Report& other);
 

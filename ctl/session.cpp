@@ -16,8 +16,9 @@ std::string Describe(const char* function, ORV_RCODE code, std::optional<ULONG> 
 
 } // namespace
 
-CallFailed::CallFailed(const char* function, ORV_RCODE code, std::optional<ULONG> failure_reason)
-    : std::runtime_error(Describe(function, code, failure_reason)), m_function(function), m_code(code),
+CallFailed::CallFailed(const char* function, ORV_RCODE code, std::optional<ULONG> failure_reason,
+                       const std::string& remark)
+    : std::runtime_error(Describe(function, code, failure_reason) + remark), m_function(function), m_code(code),
       m_failure_reason(failure_reason)
 {
 }

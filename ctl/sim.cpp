@@ -157,7 +157,8 @@ int Exec(Client& client, const std::string& model_text, const std::string& scena
 
 void AddSimulatorCommands(Client& client)
 {
-    CLI::App* const sim = client.App().add_subcommand("sim", "Work with the simulated module itself");
+    CLI::App* const sim =
+        client.App().add_subcommand("sim", "The SIM card of the module; and the simulated module itself");
     sim->require_subcommand(1);
 
     CLI::App* const run = sim->add_subcommand("run", "Run a scenario and print the events that it causes");
@@ -193,6 +194,10 @@ void AddSimulatorCommands(Client& client)
         ->check(CLI::ExistingFile);
     client.TakesProgram(exec);
     client.Run(exec, [&client, model, scenario] { return Exec(client, *model, *scenario); });
+
+    // Apart from the commands for the card, which join this group.
+    for (CLI::App* const sub : {run, command, emit, exec})
+        sub->group("The simulated module");
 }
 
 } // namespace ctl
