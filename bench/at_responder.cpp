@@ -14,8 +14,12 @@ struct Answers {
     const char* text;
 };
 constexpr Answers kAnswers[] = {
-    {"AT+CLIP?", "\r\n+CLIP: 0,1\r\n"}, {"AT+CLIR?", "\r\n+CLIR: 0,4\r\n"}, {"AT+COLP?", "\r\n+COLP: 0,1\r\n"},
-    {"AT+COLR?", "\r\n+COLR: 0\r\n"},   {"AT+MDN", "\r\n2025550123\r\n"},
+    {"AT+CLIP?", "\r\n+CLIP: 0,1\r\n"},
+    {"AT+CLIR?", "\r\n+CLIR: 0,4\r\n"},
+    {"AT+COLP?", "\r\n+COLP: 0,1\r\n"},
+    {"AT+COLR?", "\r\n+COLR: 0\r\n"},
+    {"AT+MDN", "\r\n2025550123\r\n"},
+    {"AT+CRSM=192,32,0,0,15", "\r\n+CRSM: 144,0,\"62148202412183026F078A01058B032F060280020009\"\r\n"},
 };
 
 void Write(int file, const char* text)

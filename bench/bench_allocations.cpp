@@ -53,6 +53,13 @@ ORV_RCODE CallWithBlanks(ORV_RCODE (*function)(Arguments...))
     return CallWithBlanks(function, std::index_sequence_for<Arguments...>());
 }
 
+// The same, with a first argument that has to be one of a few.
+template <class Rest>
+ORV_RCODE CallOf(ORV_RCODE (*function)(ULONG, Rest), ULONG first)
+{
+    return function(first, Blank<Rest>(1));
+}
+
 struct Getter {
     const char* name;
     ORV_RCODE (*call)();
@@ -63,6 +70,7 @@ struct Getter {
 
 Getter s_getters[] = {
 #define GETTER(name) {#name, [] { return CallWithBlanks(&name); }, nullptr},
+#define GETTER_OF(name, first) {#name, [] { return CallOf(&name, first); }, nullptr},
 #define READS_REGISTRY(name) {#name, [] { return CallWithBlanks(&name); }, "reads the registry file"},
 #define ALLOCATES(name) {#name, [] { return CallWithBlanks(&name); }, "has a buffer on the heap"},
 #define NOT_SERVED(name) {#name, [] { return CallWithBlanks(&name); }, nullptr, false},
@@ -70,6 +78,7 @@ Getter s_getters[] = {
 #undef NOT_SERVED
 #undef ALLOCATES
 #undef READS_REGISTRY
+#undef GETTER_OF
 #undef GETTER
 };
 

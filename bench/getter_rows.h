@@ -96,3 +96,10 @@ GETTER(OrvGetOMADMSessionState)
 GETTER(OrvGetOMADMNIAlert)
 GETTER(OrvOMAEXGetSettings)
 GETTER(OrvOMAEXGetSessionInfo)
+
+// gsm_sim.h
+GETTER_OF(OrvGetPinStatus, ORV_PIN_KIND_PIN1)
+GETTER(OrvGetSimLockGobi)
+GETTER(OrvGetSimVerifyGobi)
+NOT_SERVED(OrvGetSimLock)
+GETTER(OrvGetSIMRecordStatus)
