@@ -347,8 +347,9 @@ private:
     // As many octets as are asked for; 0 stands for all on a UICC, and for 256 on a SIM.
     void Give(const BYTE* octets, ULONG available, BYTE p3)
     {
-        const ULONG wanted = p3 ? p3 : m_uicc ? available : 256;
-        if (wanted > available || available > sizeof(m_answer.data)) return Finish(kOtherLength, available);
+        if (available > sizeof(m_answer.data)) available = sizeof(m_answer.data);
+        const ULONG wanted = p3 ? p3 : m_uicc ? available : ULONG(sizeof(m_answer.data));
+        if (wanted > available) return Finish(kOtherLength, available);
         memcpy(m_answer.data, octets, wanted);
         m_answer.size = wanted;
         Finish(kDone);
@@ -509,11 +510,13 @@ void SimRestricted(WORD id, const SimCommand& command, SimAnswer& answer)
         selection.file = id;
     else if (id != 0)
         return session.Finish(kNoSuchFile);
-    // A template comes whole, as modems fetch it, however much was asked for.
+    // A template comes whole, as modems fetch it, however much was asked for; so does what nobody asked a length of.
     SimCommand asked = command;
-    if (command.instruction == kGetResponse) {
+    const bool response = command.instruction == kGetResponse;
+    if (response || command.instruction == kCardStatus) {
+        if (!response) selection.file = 0;
         session.Describe(selection.response);
-        if (uicc) asked.p3 = 0;
+        if (command.p3 == 0 || (response && uicc)) asked.p3 = static_cast<BYTE>(selection.response.count);
     }
     session.Run(asked);
 }

@@ -10,7 +10,8 @@ namespace {
 
 using namespace talvekctl;
 
-Result RunOnCard(const Texts& arguments, const std::string& input, const std::string& scenario, const char* model = "umts")
+Result RunOnCard(const Texts& arguments, const std::string& input, const std::string& scenario,
+                 const char* model = "umts")
 {
     const ScratchFolder folder;
     Texts all = arguments;

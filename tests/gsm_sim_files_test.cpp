@@ -520,6 +520,11 @@ TEST_F(GsmSimFiles, ARestrictedCommandFindsItsFileAndTellsWhatTheCardSays)
     EXPECT_EQ(Restricted(176, 0x0F, 0x6F07, 0, 0, 9), "0 6 105 130");
     sim.Command("set card.application 1");
     EXPECT_EQ(Restricted(176, 0x0F, 0x6F07, 0, 0, 9), "0 6 152 4");
+    EXPECT_EQ(Restricted(242, 0, 0, 0, 0, 0).substr(0, 27), "0 22 144 0 000010007F200200");
+    EXPECT_EQ(Restricted(192, 0x0F, 0x6F07, 0, 0, 16), "0 6 103 15");
+    sim.Command("set file.spn " + std::string(1000, '5'));
+    EXPECT_EQ(Restricted(176, 0x0F, 0x6F46, 1, 244, 1), "0 6 107 0") << "behind the last octet";
+    EXPECT_EQ(Restricted(176, 0x0F, 0x6F46, 1, 243, 1), "0 22 144 0 55");
     sim.Command("set file.spn 0141");
     EXPECT_EQ(Restricted(176, 0x0F, 0x6F46, 0, 0, 2), "0 22 144 0 0141");
     sim.Command("set card.present 0");
