@@ -164,10 +164,13 @@ static ULONG RecordCount(const File& file)
     return capacity < 254 ? capacity : 254;
 }
 
+// Where a record of a kept file begins.
+static BYTE* KeptRecord(const File& file, ULONG index) { return file.kept->octets + size_t{index} * RecordSize(file); }
+
 static void Load(const File& file, ULONG index, BYTE (&out)[kFileRoom])
 {
     if (file.kept)
-        memcpy(out, file.kept->octets + index * RecordSize(file), RecordSize(file));
+        memcpy(out, KeptRecord(file, index), RecordSize(file));
     else if (file.id == kIccid)
         PutDigits(out, kIccidSize, TheModule().uim.iccid);
     else if (file.id == kImsi)
@@ -180,7 +183,7 @@ static void Load(const File& file, ULONG index, BYTE (&out)[kFileRoom])
 static void Store(const File& file, ULONG index, const BYTE* octets)
 {
     if (file.kept)
-        memcpy(file.kept->octets + index * RecordSize(file), octets, RecordSize(file));
+        memcpy(KeptRecord(file, index), octets, RecordSize(file));
     else if (file.id == kSms)
         TakeMessage(TheModule().sms.messages[0][index], octets);
 }
@@ -188,8 +191,8 @@ static void Store(const File& file, ULONG index, const BYTE* octets)
 // The new record of a cyclic file becomes the first one, in place of the oldest.
 static void StoreNewest(const File& file, const BYTE* octets)
 {
-    const ULONG size = RecordSize(file);
-    memmove(file.kept->octets + size, file.kept->octets, (RecordCount(file) - 1) * size);
+    for (ULONG index = RecordCount(file) - 1; index > 0; --index)
+        memcpy(KeptRecord(file, index), KeptRecord(file, index - 1), RecordSize(file));
     Store(file, 0, octets);
 }
 
