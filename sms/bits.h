@@ -1,0 +1,231 @@
+// Readers and writers that know where their octets end. What lies beyond reads as zero and marks the reader as failed;
+// what does not fit is not written and marks the writer as failed. Neither ever recovers.
+#pragma once
+
+#include <string.h>
+
+#include "platform/win32.h"
+
+// Eight octets as one word, the first in the least or in the most significant place, whatever the host's own order is.
+inline ULONGLONG LoadLittle(const BYTE* octets)
+{
+    return ULONGLONG{octets[0]} | ULONGLONG{octets[1]} << 8 | ULONGLONG{octets[2]} << 16 | ULONGLONG{octets[3]} << 24 |
+           ULONGLONG{octets[4]} << 32 | ULONGLONG{octets[5]} << 40 | ULONGLONG{octets[6]} << 48 |
+           ULONGLONG{octets[7]} << 56;
+}
+inline ULONGLONG LoadBig(const BYTE* octets)
+{
+    return ULONGLONG{octets[0]} << 56 | ULONGLONG{octets[1]} << 48 | ULONGLONG{octets[2]} << 40 |
+           ULONGLONG{octets[3]} << 32 | ULONGLONG{octets[4]} << 24 | ULONGLONG{octets[5]} << 16 |
+           ULONGLONG{octets[6]} << 8 | ULONGLONG{octets[7]};
+}
+inline void StoreBig(BYTE* octets, ULONGLONG word)
+{
+    octets[0] = static_cast<BYTE>(word >> 56);
+    octets[1] = static_cast<BYTE>(word >> 48);
+    octets[2] = static_cast<BYTE>(word >> 40);
+    octets[3] = static_cast<BYTE>(word >> 32);
+    octets[4] = static_cast<BYTE>(word >> 24);
+    octets[5] = static_cast<BYTE>(word >> 16);
+    octets[6] = static_cast<BYTE>(word >> 8);
+    octets[7] = static_cast<BYTE>(word);
+}
+inline void StoreLittle(BYTE* octets, ULONGLONG word)
+{
+    octets[0] = static_cast<BYTE>(word);
+    octets[1] = static_cast<BYTE>(word >> 8);
+    octets[2] = static_cast<BYTE>(word >> 16);
+    octets[3] = static_cast<BYTE>(word >> 24);
+    octets[4] = static_cast<BYTE>(word >> 32);
+    octets[5] = static_cast<BYTE>(word >> 40);
+    octets[6] = static_cast<BYTE>(word >> 48);
+    octets[7] = static_cast<BYTE>(word >> 56);
+}
+
+// Whole octets, from the first to the last.
+class OctetReader {
+public:
+    OctetReader() = default;
+    OctetReader(const BYTE* octets, ULONG count) : m_next(octets), m_left(octets ? count : 0) {}
+
+    const BYTE* Rest() const { return m_next; }
+    ULONG Left() const { return m_left; }
+    bool Failed() const { return m_failed; }
+
+    BYTE Take()
+    {
+        if (m_left == 0) {
+            m_failed = true;
+            return 0;
+        }
+        --m_left;
+        return *m_next++;
+    }
+    // A reader over the next `count` octets, and on past them. When there are fewer, it gets none and both have failed.
+    OctetReader Nested(ULONG count)
+    {
+        OctetReader inner(m_next, count);
+        if (count > m_left) {
+            inner.m_left = 0;
+            inner.m_failed = m_failed = true;
+            count = m_left;
+        }
+        Skip(count);
+        return inner;
+    }
+    // At most Left().
+    void Skip(ULONG count)
+    {
+        m_next += count;
+        m_left -= count;
+    }
+
+private:
+    const BYTE* m_next = nullptr;
+    ULONG m_left = 0;
+    bool m_failed = false;
+};
+
+// Fields of bits, most significant bit first, laid across octet boundaries.
+class BitReader {
+public:
+    explicit BitReader(const OctetReader& octets) : m_next(octets.Rest()), m_left(octets.Left()) {}
+
+    bool Failed() const { return m_failed; }
+    ULONGLONG BitsLeft() const { return ULONGLONG{m_left} * 8 - m_offset; }
+
+    // A field of 1 to 8 bits. Those of its bits that lie past the end are 0.
+    BYTE Take(ULONG width)
+    {
+        ULONG window = 0;
+        if (m_left > 0) window = static_cast<ULONG>(m_next[0]) << 8;
+        if (m_left > 1) window |= m_next[1];
+        window = window << m_offset & 0xFFFF;
+        Advance(width);
+        return static_cast<BYTE>(window >> (16 - width));
+    }
+    // `count` fields of 7 bits, each in an octet of its own.
+    void TakeSeptets(BYTE* out, ULONG count)
+    {
+        for (; count >= 8 && m_left >= 8; count -= 8, out += 8) {
+            // 56 bits from any offset lie within eight octets.
+            const ULONGLONG window = LoadBig(m_next) << m_offset;
+            for (ULONG i = 0; i < 8; ++i)
+                out[i] = static_cast<BYTE>(window >> (57 - 7 * i) & 0x7F);
+            Advance(56);
+        }
+        for (; count > 0; --count)
+            *out++ = Take(7);
+    }
+    // `count` fields of 8 bits.
+    void TakeOctets(BYTE* out, ULONG count)
+    {
+        if (m_offset == 0) {
+            const ULONG present = count < m_left ? count : m_left;
+            if (present) memcpy(out, m_next, present);
+            if (count > present) {
+                memset(out + present, 0, count - present);
+                m_failed = true;
+            }
+            m_next += present;
+            m_left -= present;
+            return;
+        }
+        // Seven octets from any offset lie within eight; the eighth octet written is put right by the next step.
+        for (; count >= 8 && m_left >= 8; count -= 7, out += 7) {
+            StoreBig(out, LoadBig(m_next) << m_offset);
+            m_next += 7;
+            m_left -= 7;
+        }
+        for (; count > 0; --count)
+            *out++ = Take(8);
+    }
+
+private:
+    // At most 8 bits past the end.
+    void Advance(ULONG width)
+    {
+        m_offset += width;
+        const ULONG octets = m_offset / 8;
+        m_offset %= 8;
+        if (octets > m_left || (octets == m_left && m_offset)) {
+            m_next += m_left;
+            m_left = m_offset = 0;
+            m_failed = true;
+            return;
+        }
+        m_next += octets;
+        m_left -= octets;
+    }
+
+    const BYTE* m_next;
+    ULONG m_left;
+    ULONG m_offset = 0; // bits of *m_next that have been taken
+    bool m_failed = false;
+};
+
+// Whole octets into a buffer of a given size.
+class OctetWriter {
+public:
+    OctetWriter(BYTE* octets, ULONG capacity) : m_begin(octets), m_capacity(capacity) {}
+
+    ULONG Length() const { return m_length; }
+    bool Failed() const { return m_failed; }
+
+    void Put(ULONG octet)
+    {
+        if (BYTE* const place = Reserve(1)) *place = static_cast<BYTE>(octet);
+    }
+    void Put(const BYTE* octets, ULONG count)
+    {
+        BYTE* const place = Reserve(count);
+        if (place && count) memcpy(place, octets, count);
+    }
+    // Room for `count` octets, which the caller fills; null when they do not fit.
+    BYTE* Reserve(ULONG count)
+    {
+        if (m_failed || count > m_capacity - m_length) {
+            m_failed = true;
+            return nullptr;
+        }
+        BYTE* const place = m_begin + m_length;
+        m_length += count;
+        return place;
+    }
+
+private:
+    BYTE* const m_begin;
+    const ULONG m_capacity;
+    ULONG m_length = 0;
+    bool m_failed = false;
+};
+
+// Fields of bits into a buffer of a given size, most significant bit first.
+class BitWriter {
+public:
+    BitWriter(BYTE* octets, ULONG capacity) : m_out(octets, capacity) {}
+
+    // Octets begun so far.
+    ULONG Length() const { return m_out.Length() + (m_pending != 0); }
+    bool Failed() const { return m_out.Failed(); }
+
+    // The low `width` bits, 1 to 8, of `value`.
+    void Put(ULONG value, ULONG width)
+    {
+        m_bits = m_bits << width | (value & ((1u << width) - 1));
+        m_pending += width;
+        if (m_pending < 8) return;
+        m_pending -= 8;
+        m_out.Put(m_bits >> m_pending & 0xFF);
+    }
+    // Bits 0 up to the next octet.
+    void Pad()
+    {
+        if (m_pending) Put(0, 8 - m_pending);
+    }
+
+private:
+    OctetWriter m_out;
+    ULONG m_bits = 0;    // the low m_pending bits are still to be written
+    ULONG m_pending = 0; // 0 to 7
+};
