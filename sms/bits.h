@@ -6,6 +6,9 @@
 
 #include "platform/win32.h"
 
+// For the steps of a codec that share a reader: inlined, they leave it in registers.
+#define SMS_INLINE inline __attribute__((always_inline))
+
 // Eight octets as one word, the first in the least or in the most significant place, whatever the host's own order is.
 inline ULONGLONG LoadLittle(const BYTE* octets)
 {
@@ -18,6 +21,17 @@ inline ULONGLONG LoadBig(const BYTE* octets)
     return ULONGLONG{octets[0]} << 56 | ULONGLONG{octets[1]} << 48 | ULONGLONG{octets[2]} << 40 |
            ULONGLONG{octets[3]} << 32 | ULONGLONG{octets[4]} << 24 | ULONGLONG{octets[5]} << 16 |
            ULONGLONG{octets[6]} << 8 | ULONGLONG{octets[7]};
+}
+// Four octets the same way.
+inline ULONG LoadLittle32(const BYTE* octets)
+{
+    return static_cast<ULONG>(octets[0]) | static_cast<ULONG>(octets[1]) << 8 | static_cast<ULONG>(octets[2]) << 16 |
+           static_cast<ULONG>(octets[3]) << 24;
+}
+inline ULONG LoadBig32(const BYTE* octets)
+{
+    return static_cast<ULONG>(octets[0]) << 24 | static_cast<ULONG>(octets[1]) << 16 |
+           static_cast<ULONG>(octets[2]) << 8 | static_cast<ULONG>(octets[3]);
 }
 inline void StoreBig(BYTE* octets, ULONGLONG word)
 {
@@ -40,6 +54,15 @@ inline void StoreLittle(BYTE* octets, ULONGLONG word)
     octets[5] = static_cast<BYTE>(word >> 40);
     octets[6] = static_cast<BYTE>(word >> 48);
     octets[7] = static_cast<BYTE>(word >> 56);
+}
+
+// Puts each of eight semi-octets into an octet of its own, in the same order.
+inline ULONGLONG SpreadSemiOctets(ULONG word)
+{
+    ULONGLONG spread = word;
+    spread = (spread | spread << 16) & 0x0000FFFF0000FFFF;
+    spread = (spread | spread << 8) & 0x00FF00FF00FF00FF;
+    return (spread | spread << 4) & 0x0F0F0F0F0F0F0F0F;
 }
 
 // Whole octets, from the first to the last.
@@ -92,75 +115,91 @@ public:
     explicit BitReader(const OctetReader& octets) : m_next(octets.Rest()), m_left(octets.Left()) {}
 
     bool Failed() const { return m_failed; }
-    ULONGLONG BitsLeft() const { return ULONGLONG{m_left} * 8 - m_offset; }
+    ULONGLONG BitsLeft() const { return ULONGLONG{m_left} * 8 + m_bits; }
 
     // A field of 1 to 8 bits. Those of its bits that lie past the end are 0.
     BYTE Take(ULONG width)
     {
-        ULONG window = 0;
-        if (m_left > 0) window = static_cast<ULONG>(m_next[0]) << 8;
-        if (m_left > 1) window |= m_next[1];
-        window = window << m_offset & 0xFFFF;
-        Advance(width);
-        return static_cast<BYTE>(window >> (16 - width));
+        if (m_bits < width) Refill();
+        const BYTE field = static_cast<BYTE>(m_window >> (64 - width));
+        if (__builtin_expect(m_bits < width, 0)) {
+            m_failed = true;
+            m_bits = width;
+        }
+        Drop(width);
+        return field;
     }
-    // `count` fields of 7 bits, each in an octet of its own.
+    // `count` fields of 4 bits, each in an octet of its own; below of 7 and of 8 bits.
+    void TakeSemiOctets(BYTE* out, ULONG count)
+    {
+        for (; count >= 8 && Has(32); count -= 8, out += 8) {
+            StoreBig(out, SpreadSemiOctets(static_cast<ULONG>(m_window >> 32)));
+            Drop(32);
+        }
+        for (; count > 0; --count)
+            *out++ = Take(4);
+    }
     void TakeSeptets(BYTE* out, ULONG count)
     {
-        for (; count >= 8 && m_left >= 8; count -= 8, out += 8) {
-            // 56 bits from any offset lie within eight octets.
-            const ULONGLONG window = LoadBig(m_next) << m_offset;
-            for (ULONG i = 0; i < 8; ++i)
-                out[i] = static_cast<BYTE>(window >> (57 - 7 * i) & 0x7F);
-            Advance(56);
+        for (; count >= 8 && Has(56); count -= 8, out += 8) {
+            ULONGLONG fields = m_window >> 8;
+            fields = (fields & 0x00FFFFFFF0000000) << 4 | (fields & 0x000000000FFFFFFF);
+            fields = (fields & 0x0FFFC0000FFFC000) << 2 | (fields & 0x00003FFF00003FFF);
+            fields = (fields & 0x3F803F803F803F80) << 1 | (fields & 0x007F007F007F007F);
+            StoreBig(out, fields);
+            Drop(56);
         }
         for (; count > 0; --count)
             *out++ = Take(7);
     }
-    // `count` fields of 8 bits.
     void TakeOctets(BYTE* out, ULONG count)
     {
-        if (m_offset == 0) {
-            const ULONG present = count < m_left ? count : m_left;
-            if (present) memcpy(out, m_next, present);
-            if (count > present) {
-                memset(out + present, 0, count - present);
-                m_failed = true;
-            }
-            m_next += present;
-            m_left -= present;
-            return;
-        }
-        // Seven octets from any offset lie within eight; the eighth octet written is put right by the next step.
-        for (; count >= 8 && m_left >= 8; count -= 7, out += 7) {
-            StoreBig(out, LoadBig(m_next) << m_offset);
-            m_next += 7;
-            m_left -= 7;
+        // The eighth octet written is put right by the next step.
+        for (; count >= 8 && Has(56); count -= 7, out += 7) {
+            StoreBig(out, m_window);
+            Drop(56);
         }
         for (; count > 0; --count)
             *out++ = Take(8);
     }
 
 private:
-    // At most 8 bits past the end.
-    void Advance(ULONG width)
+    // At least 57 bits, or all that are left.
+    void Refill()
     {
-        m_offset += width;
-        const ULONG octets = m_offset / 8;
-        m_offset %= 8;
-        if (octets > m_left || (octets == m_left && m_offset)) {
-            m_next += m_left;
-            m_left = m_offset = 0;
-            m_failed = true;
+        if (m_left >= 8) {
+            // The bits that do not make an octet any more come along; the next refill puts the same ones there.
+            m_window |= LoadBig(m_next) >> m_bits;
+            const ULONG octets = (63 - m_bits) / 8;
+            m_next += octets;
+            m_left -= octets;
+            m_bits += 8 * octets;
             return;
         }
-        m_next += octets;
-        m_left -= octets;
+        if (m_left >= 4 && m_bits <= 32) {
+            m_window |= ULONGLONG{LoadBig32(m_next)} << (32 - m_bits);
+            m_next += 4;
+            m_left -= 4;
+            m_bits += 32;
+        }
+        for (; m_left > 0 && m_bits <= 56; --m_left, m_bits += 8)
+            m_window |= ULONGLONG{*m_next++} << (56 - m_bits);
+    }
+    bool Has(ULONG bits)
+    {
+        if (m_bits < bits) Refill();
+        return m_bits >= bits;
+    }
+    void Drop(ULONG bits)
+    {
+        m_window <<= bits;
+        m_bits -= bits;
     }
 
     const BYTE* m_next;
-    ULONG m_left;
-    ULONG m_offset = 0; // bits of *m_next that have been taken
+    ULONG m_left;           // octets at m_next
+    ULONG m_bits = 0;       // bits of the window that count, from the top
+    ULONGLONG m_window = 0; // behind them 0, or what follows in the message
     bool m_failed = false;
 };
 

@@ -40,21 +40,42 @@ ULONG PriorityOf(BYTE octet)
     return octet == priority << kPriorityShift ? priority : 0;
 }
 
-// NUM_FIELDS and that many fields of `width` bits, as many as are there and as the record holds: digits of 4 bits
-// become characters, characters of 8 bits stay as they are. Returns how many were stored.
-BYTE TakeNumber(BitReader& in, ULONG width, WCHAR* number)
+// How many of the `announced` fields of `width` bits are taken: those that are there, as far as the record holds them.
+SMS_INLINE ULONG CountPresent(const BitReader& in, ULONG announced, ULONG width)
 {
-    const ULONG announced = in.Take(8);
     ULONG count = announced;
     if (count > ORV_CDMA_SMS_MAX_DIGITS) count = ORV_CDMA_SMS_MAX_DIGITS;
-    if (count * width > in.BitsLeft()) count = static_cast<ULONG>(in.BitsLeft() / width);
+    if (ULONGLONG{count} * width > in.BitsLeft()) count = static_cast<ULONG>(in.BitsLeft() / width);
     if (count < announced) LOG_C("Address of %d digits is cut to %d", announced, count);
+    return count;
+}
+
+// NUM_FIELDS and that many digits of 4 bits. Returns how many there are in `number`.
+SMS_INLINE BYTE TakeDigits(BitReader& in, WCHAR* number)
+{
+    // 10 is the digit 0; 11 and 12 are not made * and #.
+    static constexpr char kCharacters[] = "01234567890;<=>?";
+    const ULONG announced = in.Take(8);
+    const ULONG count = CountPresent(in, announced, 4);
+    BYTE digits[ORV_CDMA_SMS_MAX_DIGITS];
     char text[ORV_CDMA_SMS_MAX_DIGITS + 1];
-    for (ULONG i = 0; i < count; ++i) {
-        ULONG field = in.Take(width);
-        if (width == 4) field = '0' + (field == 10 ? 0 : field);
-        text[i] = static_cast<char>(field);
-    }
+    in.TakeSemiOctets(digits, count);
+    for (ULONG i = 0; i < count; ++i)
+        text[i] = kCharacters[digits[i]];
+    text[count] = '\0';
+    OV_AtoT(text, number, ORV_CDMA_SMS_MAX_DIGITS + 1);
+    return static_cast<BYTE>(count);
+}
+
+// NUM_FIELDS and that many characters of 8 bits.
+BYTE TakeCharacters(BitReader& in, WCHAR* number)
+{
+    const ULONG announced = in.Take(8);
+    const ULONG count = CountPresent(in, announced, 8);
+    BYTE characters[ORV_CDMA_SMS_MAX_DIGITS];
+    char text[ORV_CDMA_SMS_MAX_DIGITS + 1];
+    in.TakeOctets(characters, count);
+    memcpy(text, characters, count);
     text[count] = '\0';
     OV_AtoT(text, number, ORV_CDMA_SMS_MAX_DIGITS + 1);
     return static_cast<BYTE>(count);
@@ -123,11 +144,9 @@ ORV_RCODE DecodeBearerData(OctetReader bearer_data, MTSmsBearerData* data)
             if (!LengthIs(body, kMessageIdentifierLength, "MSG_SUB_IDENTIFIER_HDR_LEN is not = %d")) {
                 return ORV_RCODE_FAILED;
             }
-            const BYTE first = *body.Rest();
-            BitReader fields(body);
-            fields.Take(4); // MESSAGE_TYPE
-            const ULONG high = fields.Take(8);
-            data->message_id = static_cast<WORD>(high << 8 | fields.Take(8));
+            // MESSAGE_TYPE 4, MESSAGE_ID 16, HEADER_IND 1 and 3 reserved bits.
+            const ULONG first = body.Take(), second = body.Take();
+            data->message_id = static_cast<WORD>(first << 12 | second << 4 | body.Take() >> 4);
             if (first < kDeliverFirst || first > kDeliverLast) {
                 LOG_C("MSG TYPE != DELIVER_MT");
                 return ORV_RCODE_FAILED;
@@ -191,7 +210,7 @@ ORV_RCODE DecodeOriginAddr(const OctetReader& body, ORV_CDMA_SMS* record)
     record->uNumberMode = number_mode;
     record->uNumberType = 0;
     record->uNumberPlan = 0;
-    record->uAddrLen = TakeNumber(in, 4, record->szAddress);
+    record->uAddrLen = TakeDigits(in, record->szAddress);
     return ORV_RCODE_OK;
 }
 
@@ -232,14 +251,14 @@ ORV_RCODE DecodeCallbackAddr(const OctetReader& body, ORV_CDMA_SMS* record)
 {
     if (body.Left() < 2) return ORV_RCODE_FAILED;
     BitReader in(body);
-    ULONG width = 4;
-    if (in.Take(1) != 0) {
-        LOG_C("DecodeCallbackAddr with DigitMode == 1!!!!");
-        in.Take(3); // NUMBER_TYPE
-        in.Take(4); // NUMBER_PLAN
-        width = 8;
+    if (in.Take(1) == 0) {
+        record->uCallbackLen = TakeDigits(in, record->szCallback);
+        return ORV_RCODE_OK;
     }
-    record->uCallbackLen = TakeNumber(in, width, record->szCallback);
+    LOG_C("DecodeCallbackAddr with DigitMode == 1!!!!");
+    in.Take(3); // NUMBER_TYPE
+    in.Take(4); // NUMBER_PLAN
+    record->uCallbackLen = TakeCharacters(in, record->szCallback);
     return ORV_RCODE_OK;
 }
 

@@ -2,33 +2,41 @@
 
 #include "sms/bits.h"
 
-// Both go seven octets a step, all that is whole in a word of eight once it has been shifted.
+namespace {
+
+// Both go seven octets a step, all that is whole in a word of eight once it has been shifted; the eighth octet that a
+// step writes is put right by what follows. A step needs eight octets.
+constexpr ULONG Steps(ULONG count) { return count ? (count - 1) / 7 : 0; }
+
+} // namespace
 
 void ShiftLeftBits(BYTE* out, ULONG out_count, const BYTE* octets, ULONG count, ULONG bits)
 {
-    ULONG i = 0;
-    BYTE before = 0;
-    if (count >= 8) {
-        out[0] = static_cast<BYTE>(octets[0] << bits);
-        // The octet before comes along; the eighth octet written is put right by the next step.
-        for (i = 1; i + 8 <= count; i += 7)
-            StoreLittle(out + i, LoadLittle(octets + i - 1) << bits >> 8);
-        before = octets[i - 1];
+    const BYTE* const end = octets + count;
+    BYTE* const out_end = out + out_count;
+    ULONG before = 0;
+    if (count > 0) {
+        before = *octets;
+        *out++ = static_cast<BYTE>(before << bits);
+        // From the octet before on, which has been dealt with.
+        for (ULONG steps = Steps(count); steps > 0; --steps, octets += 7, out += 7)
+            StoreLittle(out, LoadLittle(octets) << bits >> 8);
+        before = *octets++;
     }
-    for (; i < count; ++i) {
-        out[i] = static_cast<BYTE>(octets[i] << bits | before >> (8 - bits));
-        before = octets[i];
+    for (; octets < end; ++octets) {
+        *out++ = static_cast<BYTE>(*octets << bits | before >> (8 - bits));
+        before = *octets;
     }
-    if (out_count > count) out[count] = static_cast<BYTE>(before >> (8 - bits));
+    if (out < out_end) *out = static_cast<BYTE>(before >> (8 - bits));
 }
 
 void ShiftRightBits(BYTE* out, const BYTE* octets, ULONG count, ULONG bits)
 {
-    ULONG i = 0;
-    for (; i + 8 <= count; i += 7)
-        StoreLittle(out + i, LoadLittle(octets + i) >> bits);
-    for (; i < count; ++i) {
-        const ULONG behind = i + 1 < count ? octets[i + 1] : 0u;
-        out[i] = static_cast<BYTE>(octets[i] >> bits | behind << (8 - bits));
+    const BYTE* const end = octets + count;
+    for (ULONG steps = Steps(count); steps > 0; --steps, octets += 7, out += 7)
+        StoreLittle(out, LoadLittle(octets) >> bits);
+    for (; octets < end; ++octets) {
+        const ULONG behind = octets + 1 < end ? octets[1] : 0u;
+        *out++ = static_cast<BYTE>(*octets >> bits | behind << (8 - bits));
     }
 }

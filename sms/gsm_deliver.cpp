@@ -10,76 +10,83 @@ constexpr const WCHAR* kLogSource = TXT(".\\sms.cpp");
 
 constexpr ULONG kTimeStampOctets = 7;
 
-// Whether to go on behind a step. If not, `result` is what decoding gives.
-using GoOn = bool;
+// From a step of decoding: there is no result yet. Every other result ends it.
+constexpr ORV_RCODE kGoOn = ORV_RCODE_FORCE_32_BIT;
+// Where the octets end, decoding does, with what has been read by then.
+constexpr ORV_RCODE kEnd = ORV_RCODE_OK;
 
-// A type-of-address octet and `octets` octets of digits.
-inline GoOn TakeAddress(OctetReader& in, ULONG octets, ULONG* type_of_number, ULONG* plan, BYTE* digits,
-                        const char* type_fault, const char* digits_fault, ORV_RCODE& result)
+struct AddressFaults {
+    const char* type;
+    const char* digits;
+};
+constexpr AddressFaults kServiceCentreFaults = {"DecodTypeofAddr failed", "DecodeAddr failed"};
+constexpr AddressFaults kSenderFaults = {"DecodTypeofAddr failed for sender number",
+                                         "DecodeAddr for sender number failed"};
+
+// A type-of-address octet and `octets` octets of digits. Too many digits are a fault even where they are not there.
+SMS_INLINE ORV_RCODE TakeAddress(OctetReader& in, ULONG octets, ULONG* type_of_number, ULONG* plan, BYTE* digits,
+                                 const AddressFaults& faults)
 {
-    if (in.Left() == 0) return false;
-    result = DecodTypeofAddr(in.Take(), type_of_number, plan);
-    if (result != ORV_RCODE_OK) {
-        LOG_C("%s", type_fault);
-        return false;
+    if (in.Left() == 0) return kEnd;
+    if (const ORV_RCODE failed = DecodTypeofAddr(in.Take(), type_of_number, plan)) {
+        LOG_C("%s", faults.type);
+        return failed;
     }
-    if (octets == 0) return true;
-    if (in.Left() == 0) return false;
+    if (octets == 0) return kGoOn;
+    if (in.Left() == 0) return kEnd;
     ULONG digit_count = ORV_GSM_SMS_MAX_DIGITS;
-    if (octets > in.Left() && 2 * octets <= digit_count) return false;
-    result = DecodeAddr(in.Rest(), octets, digits, &digit_count);
-    if (result != ORV_RCODE_OK) {
-        LOG_C("%s", digits_fault);
-        return false;
+    if (octets > in.Left() && 2 * octets <= digit_count) return kEnd;
+    if (const ORV_RCODE failed = DecodeAddr(in.Rest(), octets, digits, &digit_count)) {
+        LOG_C("%s", faults.digits);
+        return failed;
     }
     in.Skip(octets);
-    return true;
+    return kGoOn;
 }
 
-GoOn TakeServiceCentre(OctetReader& in, ORV_GSM_SMS_IN* record, ORV_RCODE& result)
+ORV_RCODE TakeServiceCentre(OctetReader& in, ORV_GSM_SMS_IN* record)
 {
     const ULONG octets = in.Take();
     if (octets == 0) {
         LOG_C("SMSC information not present");
-        return true;
+        return kGoOn;
     }
     return TakeAddress(in, octets - 1, &record->uSmscTypeOfNumber, &record->uSmscNumberingPlan, record->abSmscDigits,
-                       "DecodTypeofAddr failed", "DecodeAddr failed", result);
+                       kServiceCentreFaults);
 }
 
-GoOn TakeSender(OctetReader& in, ORV_GSM_SMS_IN* record, ORV_RCODE& result)
+ORV_RCODE TakeSender(OctetReader& in, ORV_GSM_SMS_IN* record)
 {
-    if (in.Left() == 0) return false;
+    if (in.Left() == 0) return kEnd;
     const ULONG digits = in.Take();
     record->uSenderAddrLen = digits;
     return TakeAddress(in, (digits + 1) / 2, &record->uSenderTypeOfNumber, &record->uSenderNumberingPlan,
-                       record->abSenderDigits, "DecodTypeofAddr failed for sender number",
-                       "DecodeAddr for sender number failed", result);
+                       record->abSenderDigits, kSenderFaults);
 }
 
 // TP-PID, TP-DCS and TP-SCTS.
-GoOn TakeParameters(OctetReader& in, ORV_GSM_SMS_IN* record, ORV_RCODE& result)
+ORV_RCODE TakeParameters(OctetReader& in, ORV_GSM_SMS_IN* record)
 {
-    if (in.Left() == 0) return false;
-    result = DecodeProtocolId(in.Take(), &record->uPidGroup, &record->uPidValue);
-    if (result != ORV_RCODE_OK) {
+    if (in.Left() == 0) return kEnd;
+    if (const ORV_RCODE failed = DecodeProtocolId(in.Take(), &record->uPidGroup, &record->uPidValue)) {
         LOG_C("Error decoding Protocol and Protocol Id");
-        return false;
+        return failed;
     }
-    if (in.Left() == 0) return false;
-    result = DecodeDataCodingScheme(in.Take(), &record->eEncoding, &record->eMessageClass, &record->bCompressed);
-    if (result != ORV_RCODE_OK) {
+    if (in.Left() == 0) return kEnd;
+    const BYTE coding_scheme = in.Take();
+    if (const ORV_RCODE failed =
+            DecodeDataCodingScheme(coding_scheme, &record->eEncoding, &record->eMessageClass, &record->bCompressed)) {
         LOG_C("Error decoding coding scheme");
-        return false;
+        return failed;
     }
-    if (in.Left() < kTimeStampOctets) return false;
-    result = DecodeTimeStamp(in.Rest(), in.Left(), record->abTimeStamp, sizeof record->abTimeStamp);
-    if (result != ORV_RCODE_OK) {
+    if (in.Left() < kTimeStampOctets) return kEnd;
+    if (const ORV_RCODE failed =
+            DecodeTimeStamp(in.Rest(), in.Left(), record->abTimeStamp, sizeof record->abTimeStamp)) {
         LOG_C("Error in DecodeTimeStamp");
-        return false;
+        return failed;
     }
     in.Skip(kTimeStampOctets);
-    return true;
+    return kGoOn;
 }
 
 // Copies what is there of `count` octets, and zeros for the rest.
@@ -95,7 +102,7 @@ void CopyPresent(const OctetReader& in, BYTE* out, ULONG count, ULONG shift)
 }
 
 // The octets of UDHL and of the header, and the fill bits behind them. False when the message ends in front of UDHL.
-GoOn TakeHeader(OctetReader& in, ORV_GSM_SMS_IN* record, ULONG& octets, ULONG& fill)
+bool TakeHeader(OctetReader& in, ORV_GSM_SMS_IN* record, ULONG& octets, ULONG& fill)
 {
     if (in.Left() == 0) return false;
     const ULONG length = in.Take();
@@ -145,16 +152,15 @@ ORV_RCODE DecodeCompletePDU(const BYTE* pdu, ULONG length, ORV_GSM_SMS_IN* recor
 {
     if (!pdu || length == 0 || !record) return ORV_RCODE_BAD_PARAMETER;
     OctetReader in(pdu, length);
-    ORV_RCODE result = ORV_RCODE_OK;
-    if (!TakeServiceCentre(in, record, result)) return result;
-
-    if (in.Left() == 0) return ORV_RCODE_OK;
+    if (const ORV_RCODE end = TakeServiceCentre(in, record); end != kGoOn) return end;
+    if (in.Left() == 0) return kEnd;
     const BYTE first = in.Take();
     if ((first & kMtiMask) != kMtiDeliver) {
         LOG_C("Message is not of type deliver");
         return ORV_RCODE_FAILED;
     }
-    if (!TakeSender(in, record, result) || !TakeParameters(in, record, result)) return result;
+    if (const ORV_RCODE end = TakeSender(in, record); end != kGoOn) return end;
+    if (const ORV_RCODE end = TakeParameters(in, record); end != kGoOn) return end;
     DecodeUserData(in, (first & kUserDataHeaderIndicator) != 0, record);
     return ORV_RCODE_OK;
 }
@@ -162,13 +168,18 @@ ORV_RCODE DecodeCompletePDU(const BYTE* pdu, ULONG length, ORV_GSM_SMS_IN* recor
 ORV_RCODE DecodeAddr(const BYTE* octets, ULONG count, BYTE* digits, ULONG* digit_count)
 {
     if (*digit_count / 2 < count) return ORV_RCODE_VENDOR_5;
-    ULONG found = 0;
-    for (ULONG i = 0; i < count; ++i) {
-        digits[found++] = octets[i] & 0x0F;
-        const BYTE high = octets[i] >> 4;
-        if (high != 0xF) digits[found++] = high;
+    BYTE* next = digits;
+    for (; count >= 4; count -= 4, octets += 4, next += 8) {
+        const ULONG word = LoadLittle32(octets);
+        if (word & word << 1 & word << 2 & word << 3 & 0x80808080) break; // a filler among them
+        StoreLittle(next, SpreadSemiOctets(word));
     }
-    *digit_count = found;
+    for (; count > 0; --count, ++octets) {
+        *next++ = *octets & 0x0F;
+        const BYTE high = *octets >> 4;
+        if (high != 0xF) *next++ = high;
+    }
+    *digit_count = static_cast<ULONG>(next - digits);
     return ORV_RCODE_OK;
 }
 
