@@ -4,6 +4,10 @@
 // Results: 0; 1 for another kind of message, address or encoding; 5 for a length that does not fit, a parameter that is
 // not known, or lack of memory; 6 for a message without an originating address. A field that is announced but not there
 // reads as zero.
+//
+// Some readings are not the standard's, on purpose: only the low octet of the teleservice identifier counts; the digits
+// 11 and 12 become ';' and '<'; of the time stamp only the year is taken from its BCD digits; a priority with other
+// bits set counts as normal; and a message type of 0 passes if the identifier's first octet is 15.
 #pragma once
 
 #include "sms/bits.h"
