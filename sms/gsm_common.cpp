@@ -18,8 +18,8 @@ void ShiftLeftBits(BYTE* out, ULONG out_count, const BYTE* octets, ULONG count, 
     if (count > 0) {
         before = *octets;
         *out++ = static_cast<BYTE>(before << bits);
-        // From the octet before on, which has been dealt with.
-        for (ULONG steps = Steps(count); steps > 0; --steps, octets += 7, out += 7)
+        // From the octet before on, which has been dealt with: as many octets are left to write as are behind it.
+        for (ULONG steps = Steps(count - 1); steps > 0; --steps, octets += 7, out += 7)
             StoreLittle(out, LoadLittle(octets) << bits >> 8);
         before = *octets++;
     }

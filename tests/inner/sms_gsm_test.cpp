@@ -231,8 +231,10 @@ TEST(SmsGsm, ShiftsAsIfBitByBit)
             return at >= 0 && at < static_cast<int>(8 * count) && octets[static_cast<size_t>(at / 8)] >> at % 8 & 1;
         };
         for (int bits = 1; bits < 8; ++bits) {
-            Octets right(count), left(count + 1);
+            Octets right(count + 1, kBlank), left(count + 1, kBlank);
             ShiftRightBits(right.data(), octets.data(), count, static_cast<ULONG>(bits));
+            ShiftLeftBits(left.data(), count, octets.data(), count, static_cast<ULONG>(bits));
+            ASSERT_EQ(right[count] & left[count], kBlank) << count << ": an octet too many";
             ShiftLeftBits(left.data(), count + 1, octets.data(), count, static_cast<ULONG>(bits));
             for (int at = 0; at < static_cast<int>(8 * count) + bits; ++at) {
                 const size_t octet = static_cast<size_t>(at / 8);
