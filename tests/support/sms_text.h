@@ -7,7 +7,18 @@
 
 #include "talvek/cdma_sms.h"
 #include "talvek/gsm_sms.h"
+#include "tests/support/log_capture.h"
 #include "tests/support/vectors.h"
+
+// Each of the texts, with " | " between them, once.
+inline void ExpectLogged(const LogCapture& log, const std::string& texts)
+{
+    for (size_t begin = 0, end; begin < texts.size(); begin = end == std::string::npos ? end : end + 3) {
+        end = texts.find(" | ", begin);
+        const std::string text = texts.substr(begin, end == std::string::npos ? end : end - begin);
+        EXPECT_EQ(log.Count(text), 1) << text << "\n" << log.Dump();
+    }
+}
 
 constexpr BYTE kBlank = 0xEE;
 
