@@ -1,7 +1,6 @@
 // talvekctl profile and session.
 
 #include <gtest/gtest.h>
-
 #include <signal.h>
 
 #include "tests/support/scratch_folder.h"
@@ -67,7 +66,6 @@ TEST(CtlGsmProfile, SessionCommandsAnswer)
         {{"session", "down", "9"}, up, {{"handle", 9}, {"ended", true}}},
         {{"session", "address"}, up, {{"address", "192.0.2.10"}}},
         {{"session", "traffic"}, up, {{"bytes_sent", 4294967296}, {"bytes_received", 0}}},
-        {{"session", "address"}, "", "OrvGetIPAddress"},
         {{"session", "up"}, "set session.start-status 5", "OrvActivateProfile"},
     };
     for (const auto& row : rows) {
