@@ -70,29 +70,20 @@ std::string CheckModel(const std::string& text);
 
 void AddCoreCommands(Client& client);       // info, power, connect, disconnect, network, codes
 void AddAtCommands(Client& client);         // at
+void AddCdmaCommands(Client& client);       // cdma, banner
+void AddProvisionCommands(Client& client);  // provision
+void AddMobileIpCommands(Client& client);   // mip
+void AddOmaDmCommands(Client& client);      // omadm
+void AddOmaExCommands(Client& client);      // omaex
+void AddEriCommands(Client& client);        // eri get
+void AddGsmSimCommands(Client& client);     // sim status, pin, puk, lock, file, apdu; after the simulator's
+void AddGsmProfileCommands(Client& client); // profile show, set; session up, down, address, traffic
 void AddEventCommands(Client& client);      // events
 void AddMonitorCommands(Client& client);    // monitor
 void AddCallCommands(Client& client);       // call dial, list, answer, end, hold, swap
 void AddUssdCommands(Client& client);       // ussd send, answer, cancel
 void AddAudioCommands(Client& client);      // audio show, set, tone
-void AddGsmProfileCommands(Client& client); // profile show, set; session up, down, address, traffic
 void AddSimulatorCommands(Client& client);  // sim run, sim command, sim emit, sim exec
-void AddGsmSimCommands(Client& client);     // sim status, pin, puk, lock, file, apdu; after the simulator's
 void AddDemoCommands(Client& client);       // demo
-void AddCoreCommands(Client& client);      // info, power, connect, disconnect, network, codes
-void AddAtCommands(Client& client);        // at
-void AddCdmaCommands(Client& client);      // cdma, banner
-void AddProvisionCommands(Client& client); // provision
-void AddMobileIpCommands(Client& client);  // mip
-void AddEventCommands(Client& client);     // events
-void AddMonitorCommands(Client& client);   // monitor
-void AddCallCommands(Client& client);      // call dial, list, answer, end, hold, swap
-void AddUssdCommands(Client& client);      // ussd send, answer, cancel
-void AddAudioCommands(Client& client);     // audio show, set, tone
-void AddOmaDmCommands(Client& client);     // omadm
-void AddOmaExCommands(Client& client);     // omaex
-void AddEriCommands(Client& client);       // eri get
-void AddSimulatorCommands(Client& client); // sim run, sim command, sim emit, sim exec
-void AddDemoCommands(Client& client);      // demo
 
 } // namespace ctl
