@@ -166,6 +166,7 @@ ORV_RCODE ORV_CALL OrvGetAvailAirServers(OrvAirServerList* list)
     }
     list->numAirServers = 1;
     list->airServers[0].uDeviceID = product_id;
+    const OrvSyncGuard guard;
     g_AirServerList.sizeStruct = sizeof g_AirServerList;
     g_AirServerList.numAirServers = list->numAirServers;
     g_AirServerList.airServers[0].sizeStruct = sizeof g_AirServerList.airServers[0];

@@ -60,7 +60,7 @@ struct SignalEvent {
     {
         if (!registry.Admit(NotifySource::SignalStrength)) return;
         COrvGobiDll& gobi = *registry.Gobi();
-        if (g_WirelessTech == ORV_TECH_UMTS) has_system_status = QueryGsmSystemStatus(gobi, &system_status);
+        if (g_WirelessTech == ORV_TECH_UMTS) has_system_status = QueryGsmSystemStatus(gobi, &system_status) == 0;
         ChooseInterface(gobi);
         UpdateCapabilities(gobi);
         if (has_system_status && gobi.GetSessionState(&session_state) != 0) session_state = 0;

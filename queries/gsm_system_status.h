@@ -1,8 +1,8 @@
-// The system status of a GSM/UMTS module, as notification 2032 carries it.
+// The system status of a GSM/UMTS module: OrvGetGsmSystemStatus, and what notification 2032 carries.
 #pragma once
 
 #include "talvek/gobi_dll.h"
 #include "talvek/notify.h"
 
-// False when the module cannot be asked; `status` is then not to be used. Not served yet: always false.
-bool QueryGsmSystemStatus(COrvGobiDll& gobi, OrvGsmSystemStatus* status);
+// Returns the vendor's status. The record's size is written at once, everything else on success.
+ULONG QueryGsmSystemStatus(COrvGobiDll& gobi, OrvGsmSystemStatus* status);

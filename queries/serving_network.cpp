@@ -1,5 +1,7 @@
 #include "queries/serving_network.h"
 
+#include <string.h>
+
 #include "api/OrvError.h"
 
 namespace {
@@ -16,13 +18,15 @@ ULONG ServingNetworkCaps::Query(COrvGobiDll& gobi)
     return status;
 }
 
-ULONG ServingNetwork::Query(COrvGobiDll& gobi)
+ULONG ServingNetwork::Query(COrvGobiDll& gobi, BYTE interface_room, BYTE name_room)
 {
-    radio_interface_count = sizeof radio_interfaces;
+    interface_room = Bounded(interface_room, sizeof radio_interfaces);
+    radio_interface_count = interface_room;
+    memset(name, 0, sizeof name);
     const ULONG status =
         gobi.GetServingNetwork(&registration_state, &cs_domain, &ps_domain, &ran, &radio_interface_count,
-                               radio_interfaces, &roaming, &mcc, &mnc, sizeof name, name);
-    radio_interface_count = status == 0 ? Bounded(radio_interface_count, sizeof radio_interfaces) : 0;
+                               radio_interfaces, &roaming, &mcc, &mnc, name_room, name);
+    radio_interface_count = status == 0 ? Bounded(radio_interface_count, interface_room) : static_cast<BYTE>(0);
     name[sizeof name - 1] = 0;
     return status;
 }

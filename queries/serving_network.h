@@ -12,6 +12,10 @@ struct ServingNetworkCaps {
     ULONG Query(COrvGobiDll& gobi);
 };
 
+// The most radio interfaces and characters of a name that are ever asked for.
+constexpr BYTE kMaxServingInterfaces = 20;
+constexpr BYTE kMaxServingName = 255;
+
 // How the module is served.
 struct ServingNetwork {
     static constexpr ULONG kRegistered = 1;
@@ -22,14 +26,15 @@ struct ServingNetwork {
     ULONG ps_domain = 0;
     ULONG ran = 0;
     BYTE radio_interface_count = 0;
-    BYTE radio_interfaces[GOBI_MAX_RADIO_INTERFACES] = {};
+    BYTE radio_interfaces[kMaxServingInterfaces] = {};
     ULONG roaming = 0;
     WORD mcc = 0;
     WORD mnc = 0;
-    char name[50] = {}; // terminated
+    char name[kMaxServingName + 1] = {}; // terminated
 
+    // Asks with room for so many radio interfaces (at most kMaxServingInterfaces) and so many characters of the name.
     // Returns the vendor's status.
-    ULONG Query(COrvGobiDll& gobi);
+    ULONG Query(COrvGobiDll& gobi, BYTE interface_room = GOBI_MAX_RADIO_INTERFACES, BYTE name_room = 50);
     // Where that radio interface stands in the list, or kNotListed.
     BYTE IndexOf(BYTE radio_interface) const;
     bool IsServedBy(BYTE radio_interface) const { return IndexOf(radio_interface) != kNotListed; }

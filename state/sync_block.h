@@ -1,5 +1,6 @@
 // The API-wide lock. It serialises OrvApiShutdown, the notification registry's bookkeeping and every
-// registry-dispatched delivery; nothing else takes it.
+// registry-dispatched delivery, and guards the list of air servers and the result of the last network scan, which a
+// scan thread reads and writes; nothing else takes it.
 #pragma once
 
 #include "platform/win32.h"
