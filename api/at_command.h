@@ -28,3 +28,7 @@ struct CommandLine {
 // against the command is only logged, under the caller's source module; the result is then 5.
 ORV_RCODE SendAtCommand(const WCHAR* log_source, const char* command, const AtErrorTexts& errors, char* reply,
                         int line = __builtin_LINE());
+
+// The logging alone, of the `reply` by which a command was refused.
+void LogAtRefusal(const WCHAR* log_source, const char* command, const AtErrorTexts& errors, const char* reply,
+                  int line = __builtin_LINE());

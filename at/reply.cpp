@@ -41,6 +41,20 @@ ULONG Reply::Number(const char* fault, int line)
     return value;
 }
 
+void Reply::Text(char* out, ULONG size, const char* fault, int line)
+{
+    *out = 0;
+    if (m_failed) return;
+    const bool quoted = *m_rest == '"';
+    const char* const begin = quoted ? m_rest + 1 : m_rest;
+    const char* const end = begin + strcspn(begin, quoted ? "\"\r\n" : ",\r\n");
+    if (quoted && *end != '"') return Fail(fault, line);
+    const size_t length = static_cast<size_t>(end - begin) < size ? static_cast<size_t>(end - begin) : size - 1;
+    memcpy(out, begin, length);
+    out[length] = 0;
+    m_rest = quoted ? end + 1 : end;
+}
+
 void Reply::LineBreak(const char* fault, int line)
 {
     if (!m_failed && !ParseRspSuffix(m_rest, &m_rest)) Fail(fault, line);
@@ -59,4 +73,10 @@ const char* Reply::UpTo(const char* stops, ULONG* length)
 void Reply::Refuse(const char* fault, int line)
 {
     if (!m_failed) Fail(fault, line);
+}
+
+bool Reply::Stands(const char* text) const
+{
+    const char* rest;
+    return !m_failed && MatchStringBeginning(m_rest, text, &rest);
 }

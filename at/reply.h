@@ -28,6 +28,9 @@ public:
     void Expect(const char* text, const char* fault, int line = __builtin_LINE());
     // Decimal digits with blanks around them; leading zeros are allowed, and the value wraps at 32 bits.
     ULONG Number(const char* fault, int line = __builtin_LINE());
+    // A text in quotation marks, or without them one that ends at a comma or a line break. What does not fit `size`
+    // characters with the terminator is left out. A quoted text holds no line break.
+    void Text(char* out, ULONG size, const char* fault, int line = __builtin_LINE());
     // The line break that must follow a value.
     void LineBreak(const char* fault, int line = __builtin_LINE());
     // Whether exactly this text stands here; it is then read. Never a fault.
@@ -37,6 +40,8 @@ public:
     // The caller's own fault with what was read.
     void Refuse(const char* fault, int line = __builtin_LINE());
 
+    // Whether this text comes next; false after a fault.
+    bool Stands(const char* text) const;
     // What has not been read yet, terminated.
     const char* Rest() const { return m_rest; }
     // Whether every step found what it looked for. What is left of the reply is not looked at.
