@@ -58,8 +58,10 @@ const char* SimulatedPort()
     void* const library = dlopen(BENCH_SIMULATOR, RTLD_NOW | RTLD_LOCAL);
     using Command = decltype(&TalvekSimCommand);
     const auto command = library ? reinterpret_cast<Command>(dlsym(library, "TalvekSimCommand")) : nullptr;
-    if (command && command("model umts:5120", port, sizeof port) == 0 && command("serial name", port, sizeof port) == 0)
-        return port;
+    bool ready = command != nullptr;
+    for (const char* line : {"model umts:5120", "set at.answer-ms 0", "serial name"})
+        ready = ready && command(line, port, sizeof port) == 0;
+    if (ready) return port;
     fprintf(stderr, "no simulated module: %s\n", command ? port : dlerror());
     return nullptr;
 }

@@ -10,7 +10,10 @@ enum class AtResult : BYTE {
     NotAllowed = 3,
     NotSupported = 4,
     NoCard = 10,
+    MemoryFull = 20,
+    InvalidIndex = 21,
     NotFound = 22,
+    TextTooLong = 24,
     WrongParameter = 50,
     Ok = 255
 };
@@ -28,7 +31,7 @@ struct AtCommandTable {
     ULONG count;
 };
 
-extern const AtCommandTable kAtSettingCommands, kAtSimFileCommands;
+extern const AtCommandTable kAtSettingCommands, kAtSimFileCommands, kAtOperatorCommands;
 
 // The restricted commands are open for the one command that follows a successful AT!UNLOCK. To be called before each
 // command that is run.

@@ -180,7 +180,7 @@ static const char* Matches(const AtCommand& command, const char* line)
 static AtResult Run(const char* line, Writer& reply)
 {
     AtBeginCommand();
-    for (const AtCommandTable& table : {kOwnCommands, kAtSettingCommands, kAtSimFileCommands}) {
+    for (const AtCommandTable& table : {kOwnCommands, kAtSettingCommands, kAtSimFileCommands, kAtOperatorCommands}) {
         for (ULONG i = 0; i < table.count; ++i) {
             const AtCommand& command = table.commands[i];
             if (const char* argument = Matches(command, line)) return command.run(argument, reply);
@@ -198,6 +198,12 @@ static const char* ErrorText(AtResult result)
         return "operation not supported";
     case AtResult::NoCard:
         return "SIM not inserted";
+    case AtResult::MemoryFull:
+        return "memory full";
+    case AtResult::InvalidIndex:
+        return "invalid index";
+    case AtResult::TextTooLong:
+        return "text string too long";
     case AtResult::NotFound:
         return "not found";
     case AtResult::WrongParameter:

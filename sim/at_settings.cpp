@@ -27,6 +27,7 @@ static constexpr Field kFields[] = {
     TextField("at.factory-reset", g_module.at.factory_reset),
     NumberField("at.resets", g_module.at.resets),
     TextField("at.mdn", g_module.at.mdn),
+    NumberField("at.answer-ms", g_module.at.answer_ms, 60000),
 };
 const FieldTable kAtFields = {kFields, std::size(kFields)};
 
@@ -46,6 +47,7 @@ void ResetAtSettings()
     State().colp_service = 1;
     State().colr_service = 0;
     Copy(State().mdn, "2025550123");
+    State().answer_ms = 2;
     FactorySettings();
 }
 

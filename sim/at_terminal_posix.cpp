@@ -14,6 +14,7 @@
 
 #include "platform/shared.h"
 #include "sim/at_modem.h"
+#include "sim/clock.h"
 #include "sim/host.h"
 #include "sim/module.h"
 #include "sim/signals_posix.h"
@@ -97,6 +98,17 @@ static void RemoveLink()
     if (Equal(target, g_name)) unlink(g_link); // else somebody has put another one there
 }
 
+// A modem takes its time: a client that counts milliseconds must not see an answer in the one of its command.
+static void TakeTimeForAnswer()
+{
+    ULONG answer_ms = 0;
+    {
+        Guard guard;
+        if (IsLive()) answer_ms = TheModule().at.answer_ms;
+    }
+    if (answer_ms > 0) HostSleep(answer_ms);
+}
+
 static void* ServeLine(void*)
 {
     while (SendAll()) {
@@ -105,6 +117,7 @@ static void* ServeLine(void*)
         uint64_t wakes = 0;
         if (waiting[1].revents != 0) [[maybe_unused]]
             const ssize_t got = read(g_wake, &wakes, sizeof(wakes));
+        if (waiting[0].revents != 0) TakeTimeForAnswer();
         ReceiveAll();
     }
     g_open = 0; // first: whoever sees the line go down may ask for a new one at once

@@ -28,6 +28,8 @@ static Shared<ULONG> g_closing;
 
 ULONGLONG Now() { return g_virtual ? g_virtual_ms : HostMilliseconds() - g_live_start_ms; }
 
+bool IsLive() { return !g_virtual; }
+
 void ClearQueue()
 {
     for (QueuedLine& entry : g_queue)
@@ -134,6 +136,20 @@ void WakeClock()
         HostWake();
     else
         g_live_thread = HostStartThread(RunLive, nullptr);
+}
+
+void WaitLive(ULONG duration_ms)
+{
+    constexpr ULONG kStep_ms = 10;
+    const ULONGLONG until_ms = HostMilliseconds() + duration_ms;
+    while (HostMilliseconds() < until_ms) {
+        {
+            Guard guard;
+            const ConnectionState& connection = TheModule().connection;
+            if (g_virtual || g_closing || !connection.connected || !connection.present) return;
+        }
+        HostSleep(kStep_ms);
+    }
 }
 
 void CloseClock()

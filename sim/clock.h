@@ -11,12 +11,16 @@ namespace sim {
 
 // Milliseconds of the sim clock. Lock held, here and below unless stated.
 ULONGLONG Now();
+bool IsLive();
 // Queues a line that the module itself causes. Dropped when the client disconnects. A full queue drops it too.
 void ScheduleModuleEvent(ULONG delay_ms, const char* line);
 void ClearQueue();
 void DropModuleEvents();
 // Starts the live thread if something is to come that it must run. After anything is scheduled elsewhere.
 void WakeClock();
+// Passes so much time on a live clock, and none on the virtual one; less when the client disconnects or the module
+// leaves. Lock not held.
+void WaitLive(ULONG duration_ms);
 // Stops the live clock for good: the library is being unloaded. Lock not held.
 void CloseClock();
 

@@ -64,6 +64,7 @@ void ResetModule(bool umts, ULONG product)
     ResetProfiles();
     ResetMobileIP(umts);
     ResetNetworkScan(umts);
+    ResetOperators();
     ResetCdma(umts);
     ResetSubscriber(umts);
     ResetManagement();

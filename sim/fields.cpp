@@ -10,7 +10,7 @@ constexpr const FieldTable* kTables[] = {
     &kAudioFields,       &kM2mAudioFields,      &kDataFields,       &kProfileFields,    &kMobileIPFields,
     &kNetworkScanFields, &kCdmaFields,          &kSubscriberFields, &kManagementFields, &kExtendedManagementFields,
     &kCallsFields,       &kSupplementaryFields, &kUssdFields,       &kPhonebookFields,  &kCellFields,
-    &kAtFields,          &kSimFileFields};
+    &kAtFields,          &kSimFileFields,       &kOperatorFields};
 
 static const Field* FindField(Command& command)
 {

@@ -55,7 +55,7 @@ extern const FieldTable kConnectionFields, kIdentityFields, kPowerFields, kNetwo
     kFirmwareFields, kSmsFields, kUimFields, kPositionFields, kImagesFields, kAudioFields, kM2mAudioFields, kDataFields,
     kProfileFields, kMobileIPFields, kNetworkScanFields, kCdmaFields, kSubscriberFields, kManagementFields,
     kExtendedManagementFields, kCallsFields, kSupplementaryFields, kUssdFields, kPhonebookFields, kCellFields,
-    kAtFields, kSimFileFields;
+    kAtFields, kSimFileFields, kOperatorFields;
 
 // The verbs. Lock held.
 void SetField(Command& command);

@@ -14,6 +14,7 @@
 #include "sim/management_state.h"
 #include "sim/mobile_ip_state.h"
 #include "sim/network_scan_state.h"
+#include "sim/operators_state.h"
 #include "sim/phonebook_state.h"
 #include "sim/position_state.h"
 #include "sim/profiles_state.h"
@@ -119,6 +120,7 @@ struct AtState {
     Text<256> factory_reset; // what the last return to factory settings was given
     ULONG resets;            // how many were asked for
     Text<32> mdn;
+    ULONG answer_ms; // from a command to its answer, on a live clock
 };
 
 struct ModuleState {
@@ -146,6 +148,7 @@ struct ModuleState {
     ProfilesState profiles;
     MobileIPState mobile_ip;
     NetworkScanState scan;
+    OperatorsState operators;
     CdmaState cdma;
     ActivationState activation;
     SubscriberState subscriber;

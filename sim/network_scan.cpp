@@ -4,6 +4,7 @@
 #include "sim/call.h"
 #include "sim/clock.h"
 #include "sim/fields.h"
+#include "sim/network_names.h"
 #include "sim/progress.h"
 #include "sim/reset.h"
 
@@ -14,6 +15,7 @@ static constexpr Field kFields[] = {
     TextField("scan.names", g_module.scan.names),
     NumberField("scan.mode", g_module.scan.mode),
     NumberField("scan.register-ms", g_module.scan.register_ms),
+    NumberField("scan.duration-ms", g_module.scan.duration_ms),
     NumberField("home.mcc", g_module.scan.home_mcc),
     NumberField("home.mnc", g_module.scan.home_mnc),
     NumberField("home.sid", g_module.scan.home_sid),
@@ -47,6 +49,7 @@ void ResetNetworkScan(bool umts)
     scan = {};
     scan.mode = kAutomatic;
     scan.register_ms = 200;
+    scan.duration_ms = 1500;
     ResetHomeNetwork(umts);
     if (!umts) return;
     constexpr int32_t kNetworks[][4] = {
@@ -74,6 +77,29 @@ static ULONG CopyName(ULONG index, char* name, ULONG room)
         ++length;
     }
     return length;
+}
+
+bool NameOfNetwork(WORD mcc, WORD mnc, NetworkName& name)
+{
+    for (ULONG i = 0; i < TheModule().scan.networks.count; ++i) {
+        if (Row(i)[kMcc] != mcc || Row(i)[kMnc] != mnc) continue;
+        name = {};
+        if (CopyName(i, name.octets, name.Room() - 1) != 0) return true;
+    }
+    return false;
+}
+
+bool NetworkOfName(const char* name, bool is_short, WORD* mcc, WORD* mnc)
+{
+    for (ULONG i = 0; i < TheModule().scan.networks.count; ++i) {
+        NetworkName own = {};
+        CopyName(i, own.octets, is_short ? kShortNameLength : own.Room() - 1);
+        if (own.octets[0] == 0 || !Equal(own, name)) continue;
+        *mcc = static_cast<WORD>(Row(i)[kMcc]);
+        *mnc = static_cast<WORD>(Row(i)[kMnc]);
+        return true;
+    }
+    return false;
 }
 
 static bool Serves(ULONG index)
@@ -201,6 +227,17 @@ void AbandonRegistration() { TheModule().network.registration = kNotRegistered; 
 
 static bool IsRadioOn() { return TheModule().power.mode == 0; }
 
+// A scan takes its time, on a live clock.
+static void TakeTimeForScan()
+{
+    ULONG duration_ms = 0;
+    {
+        const Guard guard;
+        if (IsRadioOn()) duration_ms = TheModule().scan.duration_ms;
+    }
+    WaitLive(duration_ms);
+}
+
 } // namespace sim
 
 using namespace sim;
@@ -208,6 +245,7 @@ using namespace sim;
 // Each network once, at most as many as there is room for.
 extern "C" ULONG PerformNetworkScan(BYTE* count, BYTE* networks)
 {
+    TakeTimeForScan();
     Call call(EntryPoint::PerformNetworkScan, At(count));
     if (const ULONG refused = call.Refused()) return refused;
     if (!IsRadioOn()) return kNoNetwork;
@@ -221,6 +259,7 @@ extern "C" ULONG PerformNetworkScan(BYTE* count, BYTE* networks)
 // Each network once for each technology in which it is received.
 extern "C" ULONG PerformNetworkRATScan(BYTE* count, BYTE* networks, BYTE* rat_count, BYTE* rats)
 {
+    TakeTimeForScan();
     Call call(EntryPoint::PerformNetworkRATScan, At(count), At(rat_count));
     if (const ULONG refused = call.Refused()) return refused;
     if (!IsRadioOn()) return kNoNetwork;

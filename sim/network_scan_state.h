@@ -10,6 +10,7 @@ struct NetworkScanState {
     Text<1024> names;     // of the networks, in order, with '|' between them
     ULONG mode;           // of the selection: 1 automatic, 2 manual
     ULONG register_ms;    // from the request to its outcome
+    ULONG duration_ms;    // of a scan
     WORD wanted_mcc, wanted_mnc;
     ULONG wanted_rat; // 0: any
     WORD home_mcc, home_mnc, home_sid, home_nid;

@@ -33,6 +33,7 @@ void ResetProfiles();
 void ResetMobileIP(bool umts);
 void ResetNetworkScan(bool umts);
 void ResetHomeNetwork(bool umts);
+void ResetOperators();
 void ResetCdma(bool umts);
 void ResetSubscriber(bool umts);
 void ResetManagement();
