@@ -69,6 +69,7 @@ private:
 std::string CheckModel(const std::string& text);
 
 void AddCoreCommands(Client& client);       // info, power, connect, disconnect, network, codes
+void AddGsmNetworkCommands(Client& client); // network register, detach, scan, status, preferred; after those of core
 void AddAtCommands(Client& client);         // at
 void AddCdmaCommands(Client& client);       // cdma, banner
 void AddProvisionCommands(Client& client);  // provision

@@ -98,6 +98,7 @@ int Run(int argc, char** argv)
     ctl::StartSignalThread();
     ctl::Client client;
     ctl::AddCoreCommands(client);
+    ctl::AddGsmNetworkCommands(client);
     ctl::AddAtCommands(client);
     ctl::AddCdmaCommands(client);
     ctl::AddProvisionCommands(client);
