@@ -23,6 +23,13 @@ std::string Form(std::string time)
     return time;
 }
 
+// What a signal event of the module that is plugged in brings besides.
+const std::string kPacketState = "GsmPacketState (2027) session_state=1 technology=3";
+const std::string kSystemStatus =
+    "GsmSystemStatus (2032) radio_state=2 service_status=0 service_domain=2 registration=1 roaming=1 selection_mode=0 "
+    "data_technology=6 ran=2 radio_interface=5 band_class=80 channel=10700 cs_state=1 ps_state=1 mcc=1 mnc=1 "
+    "network_name=\"Test Network\"";
+
 TEST(CtlMonitor, PrintsEveryEventWithItsTimeAndEndsWithItsScenario)
 {
     const ScratchFolder folder;
@@ -37,8 +44,8 @@ TEST(CtlMonitor, PrintsEveryEventWithItsTimeAndEndsWithItsScenario)
     }
     std::sort(lines.begin(), lines.end()); // they come from different threads
     EXPECT_EQ(lines, (Texts{"CallDisconnected (1012) status=0 call_id=1 end_reason=16",
-                            "CallIncoming (1009) kind=0 call_id=1 number=11", "NewSMS (500)",
-                            "SignalStrength (103) rssi_dbm=-93 ecio=-"}));
+                            "CallIncoming (1009) kind=0 call_id=1 number=11", kPacketState, kSystemStatus,
+                            "NewSMS (500)", "SignalStrength (103) rssi_dbm=-93 ecio=-"}));
 
     const std::string call = folder.Write("call.sim", "emit call 1:2:0:11\nemit call 1:3:0\nemit call 1:9:0\n");
     const Result json = RunClient({"--sim", "umts", "--json", "monitor", "--scenario", call, "--count", "2"});
@@ -136,7 +143,7 @@ TEST(CtlMonitor, EmitPrintsWhatTheEventBrings)
                                  "CallDisconnected (1012) status=0 call_id=4 end_reason=17"}))
         << call.error;
     EXPECT_EQ(RunClient({"--sim", "umts", "sim", "emit", "signal", "-71", "5"}).lines,
-              Texts{"SignalStrength (103) rssi_dbm=-71 ecio=-"});
+              (Texts{"SignalStrength (103) rssi_dbm=-71 ecio=-", kPacketState, kSystemStatus}));
 
     const Result quoted = RunClient({"--sim", "umts", "--json", "sim", "emit", "ussd", "1", "15", "# a \"b\\c\"\n"});
     ASSERT_EQ(quoted.lines.size(), 2u) << quoted.output;
