@@ -95,7 +95,7 @@ static_assert(offsetof(ORV_PREF_OPERATOR_LIST, pEntries) == 8, "two words");
 ORV_API ORV_RCODE ORV_CALL OrvSetPLMNMode(OrvPlmnRecord record);
 
 /*
- * The mode that OrvSetPLMNMode last had accepted; 0 before.
+ * The mode that OrvSetPLMNMode last had accepted in this process; 0 before.
  * mode [out]: ORV_PLMN_AUTOMATIC, _MANUAL_UMTS or _MANUAL_GSM. Returns 0, 1, 4 or 10.
  */
 ORV_API ORV_RCODE ORV_CALL OrvGetPLMNMode(ULONG* mode);
@@ -111,7 +111,8 @@ ORV_API ORV_RCODE ORV_CALL OrvSetHostStartup(ULONG reserved);
 /*
  * Begins to look for the networks in reach and returns at once; a scan takes up to some minutes. Notification 2017,
  * where it is enabled, tells on the scan's own thread that it is over: value 1 when there is something to be read, else
- * 0. The result of the scan before stays until then.
+ * 0. Until then the result of the scan before stays whole, and can be read on. Scans may overlap: each replaces the
+ * result when it ends.
  * Returns 0, 1, 10, or 9 when the scan's thread cannot be had.
  */
 ORV_API ORV_RCODE ORV_CALL OrvStartPLMNSearch(void);
@@ -125,8 +126,9 @@ ORV_API ORV_RCODE ORV_CALL OrvGetPLMNSelection(OrvPlmnRecord* record);
 
 /* --- preferred operators of the SIM, over the AT port ---------------------------------------------------------------
  *
- * The port must be open: 354. A command that the module refuses, or does not answer within two seconds, gives 5; the
- * log has the number of a "+CME ERROR". Before the pointers and texts are looked at.
+ * The port must be open: 354, before pointers and texts are looked at. A command that the module refuses gives 5, and
+ * so does one that it does not answer within two seconds (which may show only when a read gives up after five); the log
+ * has the number of a "+CME ERROR".
  */
 
 /*
@@ -149,8 +151,7 @@ ORV_API ORV_RCODE ORV_CALL OrvRemovePreferredOperatorGobi(ULONG index);
  */
 ORV_API ORV_RCODE ORV_CALL OrvGetPreferredOperatorListGobi(ULONG format, ORV_PREF_OPERATOR_LIST* list);
 
-/* --- identity ------------------------------------------------------------------------------------------------------
- */
+/* --- identity ----------------------------------------------------------------------------------------------------- */
 
 /*
  * The name of the serving network.
@@ -174,19 +175,18 @@ ORV_API ORV_RCODE ORV_CALL OrvGetGsmIMSI(WCHAR* buffer, ULONG size, ULONG* mcc, 
  */
 ORV_API ORV_RCODE ORV_CALL OrvGetImei(ORV_IMEI* record);
 
-/* --- status --------------------------------------------------------------------------------------------------------
- */
+/* --- status ------------------------------------------------------------------------------------------------------- */
 
 /*
  * How the module is served; the same that notification 2032 brings.
  * status [out]: sizeStruct is written as soon as the module is GSM/UMTS. The fields, in their order: radio state 2 on,
  *   1 off; service status 0 in service, 2 searching, 4 denied, 9 unknown; service domain 0 circuit-switched, 1
  *   packet-switched, 2 both, 3 none; registration and roaming as the module has them (1 registered; 0 roaming, 1 home);
- *   selection mode 0 automatic, 1 manual; data technology 0 unknown, 1 GPRS, 2 EDGE, 3 UMTS, 4 HSDPA, 5 HSUPA, 6 both
- *   (without a session the best that the serving interfaces can do);
- *   radio access network (2 GSM/UMTS); radio interface (GOBI_RADIO_...), its band class and channel, 0 where these are
- *   not known; attach states of the two domains as the module has them; MCC and MNC; the network's name, terminated.
- * Returns 0, 1, 4, 10 or vendor, of the radio's power or the serving network.
+ *   selection mode 0 automatic, 1 manual, as OrvGetPLMNMode; data technology 0 unknown, 1 GPRS, 2 EDGE, 3 UMTS, 4
+ * HSDPA, 5 HSUPA, 6 both (without a session the best that the serving interfaces can do); radio access network (2
+ * GSM/UMTS); radio interface (GOBI_RADIO_...), its band class and channel, 0 where these are not known; attach states
+ * of the two domains as the module has them (1 attached); MCC and MNC; the network's name, terminated. Returns 0, 1, 4,
+ * 10 or vendor, of the radio's power or the serving network.
  */
 ORV_API ORV_RCODE ORV_CALL OrvGetGsmSystemStatus(OrvGsmSystemStatus* status);
 
