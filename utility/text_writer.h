@@ -50,7 +50,7 @@ ULONG BoundedLength(const Char* text, ULONG limit)
 constexpr ULONG kReplacementCharacter = 0xFFFD;
 
 // Writes the UTF-8 form of a code point and returns its length, 1 to 4.
-inline ULONG EncodeUtf8(ULONG code, char* out)
+constexpr ULONG EncodeUtf8(ULONG code, char* out)
 {
     const auto put = [out](ULONG at, ULONG octet) { out[at] = static_cast<char>(static_cast<BYTE>(octet)); };
     if (code < 0x80) {
