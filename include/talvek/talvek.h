@@ -17,6 +17,7 @@
 #include "talvek/gsm_sms.h"
 #include "talvek/notify.h"
 #include "talvek/rcode.h"
+#include "talvek/sms_text.h"
 #include "talvek/types.h"
 
 #endif /* TALVEK_TALVEK_H */
