@@ -304,14 +304,15 @@ void AddPduCommands(Client& client)
             ->required();
         CLI::Option* const gsm =
             sub->add_flag("--gsm", choice->gsm, "It is a GSM message (otherwise told by its form)");
-        sub->add_flag("--cdma", choice->cdma, "It is a CDMA message")->excludes(gsm);
+        CLI::Option* const cdma = sub->add_flag("--cdma", choice->cdma, "It is a CDMA message")->excludes(gsm);
         client.Run(sub, [&client, choice, run] { return run(client, *choice); });
-        return std::make_pair(sub, choice);
+        if (run != Explain) return;
+        sub->add_flag("--no-smsc", choice->no_smsc,
+                      "It is a GSM message without the service centre's address before it")
+            ->excludes(cdma);
     };
     add("decode", "Decode a received message as the library does", Decode);
-    const auto explain = add("explain", "Explain a message field by field, as its standard has it", Explain);
-    explain.first->add_flag("--no-smsc", explain.second->no_smsc,
-                            "It is a GSM message without the service centre's address before it");
+    add("explain", "Explain a message field by field, as its standard has it", Explain);
 
     CLI::App* const encode = pdu->add_subcommand("encode", "Encode a message, one line a part");
     const auto message = std::make_shared<Outgoing>();
