@@ -5,6 +5,7 @@
 
 #include "bench/heap_count.h"
 #include "bench/sms_cases.h"
+#include "talvek/sms_text.h"
 
 namespace {
 
@@ -14,6 +15,7 @@ sms_cases::Deliver s_deliver;
 const ORV_GSM_SMS_OUT s_out = sms_cases::Submit();
 BYTE s_pdu[300];
 WORD s_length;
+char s_text[500];
 
 bool Deliver()
 {
@@ -35,6 +37,14 @@ bool Cdma()
     return decoded;
 }
 
+// The pattern holds an escape now and then, and characters of one and two octets.
+bool Unpack()
+{
+    ULONG length = 0;
+    return OrvGsmTextUnpack(s_out.abUserData, 140, 0, 160, s_text, sizeof s_text, &length) == ORV_RCODE_OK &&
+           length > 160;
+}
+
 constexpr struct Case {
     const char* name;
     bool (*run)();
@@ -46,6 +56,7 @@ constexpr struct Case {
     {"ucs2", Deliver, sms_cases::DeliverUcs2, 0},
     {"submit", Submit, nullptr, 0},
     {"cdma", Cdma, nullptr, 1},
+    {"unpack", Unpack, nullptr, 0},
 };
 
 } // namespace
@@ -66,6 +77,6 @@ int main(int argc, char** argv)
         printf("%lu allocations\n", allocations);
         return allocations == row.allocations * times ? 0 : 1;
     }
-    fprintf(stderr, "usage: bench_sms_instructions deliver|concatenated|ucs2|submit|cdma TIMES\n");
+    fprintf(stderr, "usage: bench_sms_instructions deliver|concatenated|ucs2|submit|cdma|unpack TIMES\n");
     return 2;
 }

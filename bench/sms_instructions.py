@@ -22,6 +22,7 @@ GOALS = [
     ("SMS-DELIVER, UCS2", "ucs2", "DecodeCompletePDU*", 700),
     ("SMS-SUBMIT, 160 septets", "submit", "EncodeMOPDU*", 900),
     ("CDMA message of 7-bit ASCII", "cdma", "DecodeCompleteMTSms*", 1000),
+    ("160 septets as UTF-8", "unpack", "OrvGsmTextUnpack", 4000),
 ]
 
 
