@@ -67,6 +67,16 @@ constexpr PduMeaning kEncodings[] = {{0, "octet, unspecified"},
                                      {8, "Latin"},
                                      {9, "GSM 7-bit default alphabet"},
                                      {10, "GSM data coding scheme"}};
+enum : ULONG { // MSG_ENCODING
+    kOctet = 0,
+    kIs91 = 1,
+    kAscii = 2,
+    kIa5 = 3,
+    kUnicode = 4,
+    kLatin = 8,
+    kGsm = 9,
+    kGsmScheme = 10
+};
 constexpr PduMeaning kPriorities[] = {{0, "normal"}, {1, "interactive"}, {2, "urgent"}, {3, "emergency"}};
 constexpr PduMeaning kPrivacies[] = {{0, "not restricted"}, {1, "restricted"}, {2, "confidential"}, {3, "secret"}};
 constexpr PduMeaning kAlerts[] = {{0, "the mobile's default"}, {1, "low"}, {2, "medium"}, {3, "high"}};
@@ -156,66 +166,86 @@ void CallbackNumber(PduReader& in)
 
 // --- user data -------------------------------------------------------------------------------------------------------
 
-// The header in front of the characters; returns the bits that it takes up to the first of them.
-size_t UserDataHeader(PduReader& in, size_t width)
+// The header in front of the characters; returns its octets, the length among them.
+size_t UserDataHeader(PduReader& in)
 {
     const ULONG length = in.Take(8, "UDHL");
     in.AddLast(Count(length, "octet"));
     in.Out().Library("takes the header for characters.");
-    {
-        const Explanation::Inner inner(in.Out());
-        ExplainHeaderElements(in.Nested(length));
-    }
-    const size_t bits = (length + size_t{1}) * 8, over = bits % width;
-    if (over != 0) in.Field(width - over, "fill bits", "up to the next character");
-    return bits + (over != 0 ? width - over : 0);
+    const Explanation::Inner inner(in.Out());
+    ExplainHeaderElements(in.Nested(length));
+    return length + size_t{1};
 }
 
 std::string TextOf(ULONG encoding, const std::vector<BYTE>& characters)
 {
     switch (encoding) {
-    case 2:
-    case 3:
-    case 8: {
+    case kAscii:
+    case kIa5:
+    case kLatin: {
         const std::string text(characters.begin(), characters.end());
         return Quoted(Utf8(text.data(), text.size()));
     }
-    case 4:
+    case kUnicode:
         return Quoted(Ucs2Text(characters));
-    case 9: {
-        std::vector<BYTE> packed(characters.size() * 7 / 8 + 1);
-        for (size_t i = 0; i < characters.size() * 7; ++i)
-            packed[i / 8] = static_cast<BYTE>(packed[i / 8] | (characters[i / 7] >> i % 7 & 1) << i % 8);
-        return Quoted(GsmText(packed, 0, characters.size()));
-    }
     default:
         return "";
     }
+}
+
+// Octets from any bit on.
+std::vector<BYTE> OctetsFrom(const Explanation& message, size_t bit, size_t count, size_t width = 8)
+{
+    std::vector<BYTE> out;
+    for (size_t i = 0; i < count; ++i)
+        out.push_back(static_cast<BYTE>(message.Value(bit + i * width, width)));
+    return out;
+}
+
+// Where the characters end before their number is reached.
+void CheckCharacters(PduReader& in, size_t there, size_t units)
+{
+    if (there >= units) return;
+    in.Out().Fault("octet " + std::to_string(in.At() / 8) + ": the user data ends after " + std::to_string(there) +
+                   " of " + Count(units, "character"));
+    in.Out().Library("reads what is missing as 0.");
+}
+
+// Packed as 3GPP TS 23.038 packs them, into octets that may begin at any bit. The octets of a header count as septets.
+void GsmCharacters(PduReader& in, size_t begin, size_t header, size_t count)
+{
+    const size_t units = count - std::min(count, (header * 8 + 6) / 7);
+    const size_t octets = (count * 7 + 7) / 8, there = std::min(octets - std::min(octets, header), in.OctetsLeft());
+    const size_t septets = std::min(count, (header + there) * 8 / 7);
+    in.Skip(there * 8, "CHARi");
+    const size_t first = count - units;
+    in.AddLast(Quoted(GsmText(OctetsFrom(in.Out(), begin, header + there), std::min(first, septets),
+                              septets - std::min(first, septets))));
+    in.Out().Library("takes seven bits at a time, from the most significant end on.");
+    CheckCharacters(in, septets - std::min(first, septets), units);
+    Reserved(in);
 }
 
 void UserData(PduReader& in, bool has_header)
 {
     const ULONG encoding = in.Take(5, "MSG_ENCODING");
     in.AddLast(MeaningOf(kEncodings, encoding));
-    if (encoding != 0 && encoding != 2 && encoding != 4 && encoding != 9)
+    if (encoding != kOctet && encoding != kAscii && encoding != kUnicode && encoding != kGsm)
         in.Out().Library("does not read this encoding: 1.");
-    if (encoding == 1 || encoding == 10) in.Number(8, "MESSAGE_TYPE");
+    if (encoding == kIs91 || encoding == kGsmScheme) in.Number(8, "MESSAGE_TYPE");
     const ULONG count = in.Number(8, "NUM_FIELDS");
-    const size_t width = encoding == 2 || encoding == 3 || encoding == 9 ? 7 : encoding == 4 ? 16 : 8;
-    const size_t header = has_header ? UserDataHeader(in, width) : 0;
-    const size_t units = count - std::min<size_t>(count, header / width);
-    const size_t bits = units * width, there = std::min(bits, in.BitsLeft() / width * width);
-    const size_t at = in.Skip(there, "CHARi");
-    const size_t step = width == 7 ? 7 : 8;
-    std::vector<BYTE> characters;
-    for (size_t bit = 0; bit < there; bit += step)
-        characters.push_back(static_cast<BYTE>(in.Out().Value(at + bit, step)));
-    in.AddLast(TextOf(encoding, characters));
-    if (there < bits) {
-        in.Out().Fault("octet " + std::to_string(in.At() / 8) + ": the user data ends after " +
-                       std::to_string(there / width) + " of " + Count(units, "character"));
-        in.Out().Library("reads what is missing as 0.");
-    }
+    const size_t begin = in.At(), header = has_header ? UserDataHeader(in) : 0;
+    if (encoding == kIs91 || encoding == kGsmScheme) return in.Rest("CHARi", "in the coding that MESSAGE_TYPE names");
+    if (encoding == kGsm) return GsmCharacters(in, begin, header, count);
+
+    const size_t width = encoding == kAscii || encoding == kIa5 ? 7 : encoding == kUnicode ? 16 : 8;
+    const size_t over = header * 8 % width;
+    if (over != 0) in.Field(width - over, "fill bits", "up to the next character");
+    const size_t units = count - std::min<size_t>(count, (header * 8 + width - 1) / width);
+    const size_t there = std::min(units, in.BitsLeft() / width), step = width == 7 ? 7 : 8;
+    const size_t at = in.Skip(there * width, "CHARi");
+    in.AddLast(TextOf(encoding, OctetsFrom(in.Out(), at, there * width / step, step)));
+    CheckCharacters(in, there, units);
     Reserved(in);
 }
 

@@ -1,5 +1,6 @@
 // The helpers for message texts: alphabets, UCS2, addresses, records.
 #include "talvek/talvek.h"
+#include "tests/support/vectors.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +8,6 @@
 #include <vector>
 
 namespace {
-
-using Octets = std::vector<BYTE>;
 
 struct Text {
     ORV_RCODE result;
@@ -458,6 +457,24 @@ TEST(SmsRecord, CdmaUserDataReadsByItsEncoding)
     ASSERT_EQ(OrvCdmaSmsDecode(wire, sizeof wire, &record), ORV_RCODE_OK);
     EXPECT_EQ(Give(50, OrvCdmaSmsToText, static_cast<const ORV_CDMA_SMS*>(&record)).text, "é€");
     OrvFreeBuffer(record.pUserData);
+}
+
+// With the schemes that the library reads as the standard does.
+TEST(SmsRecord, MessagesFromTheFieldReadAsTheirSendersWroteThem)
+{
+    size_t read = 0;
+    for (const VectorRow& row : ReadVectors("gsm_deliver.tsv")) {
+        const std::string& expected = row.at("text");
+        if (expected.empty() || expected.find('\\') != std::string::npos) continue;
+        if (const ULONG scheme = Number(row.at("dcs"), 16); scheme >= 0x40 && scheme < 0xF0) continue;
+        SCOPED_TRACE(row.at("hex"));
+        const Octets pdu = FromHex(row.at("hex"));
+        ORV_GSM_SMS_IN record = {};
+        ASSERT_EQ(OrvGsmSmsDecode(pdu.data(), static_cast<ULONG>(pdu.size()), &record), ORV_RCODE_OK);
+        EXPECT_EQ(Give(1000, OrvGsmSmsToText, static_cast<const ORV_GSM_SMS_IN*>(&record)).text, expected);
+        ++read;
+    }
+    EXPECT_GT(read, 50u);
 }
 
 TEST(SmsText, NullPointersAreRefused)

@@ -147,6 +147,8 @@ ORV_API ORV_RCODE ORV_CALL OrvGsmSmsSender(const ORV_GSM_SMS_IN* record, char* t
 
 /*
  * The text of a received CDMA message; an empty one when it has no user data.
+ * Characters of the GSM alphabet are taken as the record has them, seven bits each from the most significant end on.
+ * Some senders pack them as 3GPP TS 23.038 does; then the text is wrong, and the record lacks the bits to mend it.
  * record [in]: as OrvRetrieveCdmaSMSMessage or OrvCdmaSmsDecode fills it. text [out]. length [out].
  * Returns 0; 1 for octets, of which nothing tells the alphabet; 2; 4.
  */
