@@ -290,15 +290,15 @@ extern "C" ULONG SetSMSProtocol(BYTE protocol)
     return call.Done();
 }
 
-// A route is an octet.
 extern "C" ULONG SetRoutes(ULONG count, BYTE* routes)
 {
     Call call(EntryPoint::SetRoutes, count);
     if (const ULONG refused = call.Refused()) return refused;
     auto& kept = TheModule().sms.routes;
-    if (count > sizeof(kept.octets) || (count > 0 && !routes)) return kInvalidArgument;
-    kept.count = count;
-    if (count > 0) memcpy(kept.octets, routes, count);
+    constexpr ULONG kRoom = sizeof(kept.octets) / sizeof(GobiSMSRoute);
+    if (count > kRoom || (count > 0 && !routes)) return kInvalidArgument;
+    kept.count = count * static_cast<ULONG>(sizeof(GobiSMSRoute));
+    if (count > 0) memcpy(kept.octets, routes, kept.count);
     return call.Done();
 }
 

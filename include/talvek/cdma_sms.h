@@ -1,5 +1,8 @@
 /*
- * Text messages on CDMA modules: their records. The terms are those of 3GPP2 C.S0015.
+ * Text messages on CDMA modules. The terms are those of 3GPP2 C.S0015.
+ *
+ * Results, in the order in which they are found: 17 before start-up; 1 on a module that is not CDMA (also while none is
+ * selected); 4 for a null record; then what the function does. "vendor": as in core.h.
  */
 #ifndef TALVEK_CDMA_SMS_H
 #define TALVEK_CDMA_SMS_H
@@ -144,5 +147,42 @@ static_assert(sizeof(ORV_CDMA_SMS_SEND) == (sizeof(void*) == 4 ? 348 : 360) &&
                   offsetof(ORV_CDMA_SMS_SEND, uUserDataLen) == (sizeof(void*) == 4 ? 336 : 344),
               "to be sent: pointer and length two words earlier");
 #endif
+
+/*
+ * How many unread messages the module's store holds, at most 1000.
+ * status [out]: written on 0. Returns 0, 1, 4, 17 or vendor.
+ */
+ORV_API ORV_RCODE ORV_CALL OrvGetCdmaSMSMessageStatus(ORV_CDMA_SMS_STATUS* status);
+
+/*
+ * Takes the next unread message out of the module's store.
+ * record [out]: clear it before each call. After a 0 one of three things has happened:
+ *   - uParamMask has ORV_CDMA_SMS_HAS_ADDRESS: a message was read and removed from the store. uMsgsRemaining tells how
+ *     many entries the store's list has behind it; pUserData is the client's, who frees it with OrvFreeBuffer.
+ *   - uParamMask is 0 and notification 2020 came: an indication of waiting messages was delivered by it, on this
+ *     thread, and removed; only uMsgsRemaining was written.
+ *   - uParamMask is 0 and it did not: there was no unread message, and nothing was written. Ask the status first.
+ * A message that cannot be read stays in the store, and the next one is tried; when it was the last one, its code is
+ * the result: 1, 5 or 6, an indication that is not one octet long included (1).
+ * Returns 0, 1, 4, 5, 6, 17 or vendor.
+ */
+ORV_API ORV_RCODE ORV_CALL OrvRetrieveCdmaSMSMessage(ORV_CDMA_SMS* record);
+
+/*
+ * Builds a message and holds it for OrvSendCdmaSMS. One is held at a time: an earlier one is dropped, also when this
+ * one is refused.
+ * record [in]: the body is copied; with an encoding other than the two named the message goes out without characters.
+ * Returns 0, 1 or 17; 4 for a null record or body, more than 160 octets of it, no destination, a number longer than its
+ * field or shorter than its length says, a message type above 6 or a priority above 3; 5 for lack of memory.
+ */
+ORV_API ORV_RCODE ORV_CALL OrvStoreCdmaSMSMessage(const ORV_CDMA_SMS_SEND* record);
+
+/*
+ * Sends the message that is held. Where notification 501 is enabled it tells the outcome, about 100 ms later and on a
+ * thread of its own: status 0 sent, 2 not sent, of the sending that was the last one by then. A message that the module
+ * does not take stays held, to be sent again.
+ * Returns 0, 1 or 17; 5 when no message is held; or vendor.
+ */
+ORV_API ORV_RCODE ORV_CALL OrvSendCdmaSMS(void);
 
 #endif /* TALVEK_CDMA_SMS_H */

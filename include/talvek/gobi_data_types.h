@@ -20,6 +20,16 @@ typedef struct GobiSMSListEntry {
     ULONG tag; /* 0 received and read, 1 received and not read, 2 to be sent and not sent, 3 sent */
 } GobiSMSListEntry;
 
+/* Where received messages of one kind go, as SetSMSRoute takes it. */
+enum { GOBI_SMS_POINT_TO_POINT = 0, GOBI_SMS_ANY_CLASS = 255, GOBI_SMS_STORE_AND_NOTIFY = 1 };
+
+typedef struct GobiSMSRoute {
+    BYTE type;         /* GOBI_SMS_POINT_TO_POINT */
+    BYTE messageClass; /* 0 to 3, or GOBI_SMS_ANY_CLASS */
+    BYTE storage;      /* 0 SIM, 1 the module */
+    BYTE action;       /* 0 discard, GOBI_SMS_STORE_AND_NOTIFY */
+} GobiSMSRoute;
+
 /* Messages that wait at a server, a type each. */
 typedef struct waitingMsgInfo {
     BYTE count; /* 0 to 5 */
@@ -67,6 +77,7 @@ typedef struct OMAInfo {
 
 #ifdef __cplusplus
 static_assert(sizeof(GobiSMSListEntry) == 8, "two packed words");
+static_assert(sizeof(GobiSMSRoute) == 4, "four octets");
 static_assert(sizeof(waitingMsgInfo) == 16, "octets only");
 static_assert(sizeof(arrPBInfo) == 520 && offsetof(arrPBInfo, number) == 8, "no hidden padding");
 static_assert(sizeof(omaSessionInfo) == 28, "packed words");

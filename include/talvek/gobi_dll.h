@@ -251,7 +251,7 @@ public:
     ULONG SetSMSCAddress(char* address, char* type);
     /* 0 CDMA, 1 GSM/UMTS. */
     ULONG SetSMSProtocol(BYTE protocol);
-    /* `count` routes at `routes`, as the vendor has them. */
+    /* `count` GobiSMSRoute records at `routes`. */
     ULONG SetSMSRoute(ULONG count, BYTE* routes);
     /* Mode 0 CDMA, 1 GSM/UMTS; 0 off, 1 on. */
     ULONG SetSMSBroadcastActivation(BYTE messageMode, BYTE activate);

@@ -1,6 +1,10 @@
 /*
- * Text messages and the phone book on GSM/UMTS modules: their records. The terms are those of 3GPP TS 23.040 and, for
- * alphabets and classes, 23.038.
+ * Text messages and the phone book on GSM/UMTS modules. The terms are those of 3GPP TS 23.040 and, for alphabets and
+ * classes, 23.038.
+ *
+ * Results, in the order in which they are found: 10 before start-up; 17 on a module that is not GSM/UMTS (also while
+ * none is selected); 4 for a null pointer; then what the function does. "vendor": as in core.h. Outputs are written on
+ * 0 only, unless the function says otherwise.
  *
  * User data of the 7-bit alphabet is packed in these records: eight characters in seven octets, the first one in the
  * least significant bits of the first octet.
@@ -115,13 +119,16 @@ typedef struct tagORV_GSM_SMS_OUT {
     BYTE abUserDataHeader[ORV_GSM_SMS_HEADER_ROOM]; /* information elements, sent as they are */
 } ORV_GSM_SMS_OUT;
 
+/* Phone books. */
+enum { ORV_PHONEBOOK_VOICE_NUMBER = 0 };
+
 /* An entry of the phone book. Texts are terminated. */
 typedef struct tagORV_PHONEBOOK_ENTRY {
     ULONG sizeStruct; /* 180 */
-    ULONG eType;      /* the phone book: 0 = voice numbers */
-    ULONG uIndex;
+    ULONG eType;      /* as asked for */
+    ULONG uIndex;     /* as asked for */
     WCHAR szNumber[42];
-    WCHAR szName[42];
+    WCHAR szName[42]; /* empty: the module keeps none */
 } ORV_PHONEBOOK_ENTRY;
 
 #ifdef __cplusplus
@@ -146,5 +153,61 @@ static_assert(sizeof(ORV_PHONEBOOK_ENTRY) == 180 && offsetof(ORV_PHONEBOOK_ENTRY
                   offsetof(ORV_PHONEBOOK_ENTRY, szName) == 96,
               "no padding");
 #endif
+
+/*
+ * Has new messages stored in the module and reported to the client, switches cell broadcasts on, and counts the unread
+ * messages of the SIM and of the module. Whatever of the first two fails is only logged.
+ * status [out]: at most 1000 of each store are counted. Returns 0, 4, 10, 17 or vendor, of a list that cannot be read.
+ */
+ORV_API ORV_RCODE ORV_CALL OrvGetSMSMessageStatus(ORV_GSM_SMS_STATUS* status);
+
+/*
+ * Takes the next unread message out of its store: the SIM's first, then the module's.
+ * record [out]: clear it before each call. uMsgPresent tells whether there was a message; it is then removed, unless
+ * the module refuses, which is only logged. bMoreMessages counts what is listed behind it.
+ * A message that cannot be read stays in its store, and the next one is tried; when it was the last one, its code is
+ * the result: 2, 4 or 5. Octets that end early are no failure: the record then holds what there was, and the message is
+ * gone from the store.
+ * Returns 0, 2, 4, 5, 10, 17 or vendor.
+ */
+ORV_API ORV_RCODE ORV_CALL OrvRetrieveSMSMessageGobi(ORV_GSM_SMS_IN* record);
+/* The same, under the name that clients of cell broadcasts use. */
+ORV_API ORV_RCODE ORV_CALL OrvRetrieveCBSMSMessageGobi(ORV_GSM_SMS_IN* record);
+
+/*
+ * Builds a message and holds it for OrvSendSMS. One is held at a time: an earlier one is dropped, also when this one is
+ * refused. A message with a user data header keeps the link to the network up for three seconds once it is sent, for
+ * the part that follows.
+ * record [in]. Returns 0, 10 or 17; 2 for more than 1024 characters, or more than fit the record or the module; 4 for
+ * no destination, an address longer than its field, an alphabet above 2 or a class above 4.
+ */
+ORV_API ORV_RCODE ORV_CALL OrvStoreSMSMessageGobi(const ORV_GSM_SMS_OUT* record);
+
+/*
+ * Sends the message that is held. Where notification 501 is enabled it tells the outcome, about 100 ms later and on a
+ * thread of its own: status 0 sent, 1 not sent, of the sending that was the last one by then. A message that the module
+ * does not take stays held, to be sent again.
+ * Returns 0, 10 or 17; 5 when no message is held; or vendor.
+ */
+ORV_API ORV_RCODE ORV_CALL OrvSendSMS(void);
+
+/*
+ * The service centre's address.
+ * address [out]: 8-bit text of `size` octets, of which the low 8 bits count. international [out]: 1 when its type is
+ * "145", else 0.
+ * Returns 0; 10; 17; 2 when the low 8 bits of the size are 0; 4 for a null pointer. When the module does not tell, the
+ * result is 0 all the same: the address is then "+7", and international is not written.
+ */
+ORV_API ORV_RCODE ORV_CALL OrvGetGsmSMSCAddr(ULONG size, char* address, BYTE* international);
+/* address [in]: terminated. international [in]: 1 = type "145"; any other value = "129". Returns 0, 4, 10, 17 or
+ * vendor. */
+ORV_API ORV_RCODE ORV_CALL OrvSetGsmSMSCAddr(const char* address, BYTE international);
+
+/*
+ * An entry of a phone book. Only the subscriber's own voice number is served, as every entry of
+ * ORV_PHONEBOOK_VOICE_NUMBER. entry [out]: an empty number when the module has none. Returns 0, 4, 10, 17 or vendor; 1
+ * for another phone book.
+ */
+ORV_API ORV_RCODE ORV_CALL OrvGetPhonebookEntry(ULONG eType, ULONG uIndex, ORV_PHONEBOOK_ENTRY* entry);
 
 #endif /* TALVEK_GSM_SMS_H */

@@ -167,10 +167,10 @@ TEST_F(SimulatorSms, KeepsTheServiceCentreAndItsSwitches)
     EXPECT_EQ(SIM_ENTRY(SetSMSCAddress)(new_address, &long_address[0]), 4u);
     EXPECT_EQ(SIM_ENTRY(SetSMSCAddress)(new_address, nullptr), 4u);
     EXPECT_EQ(sim.Command("get sms.centre"), "+4917222") << "a refused change changes nothing";
-    BYTE routes[17] = {1, 0xFF};
+    BYTE routes[20] = {0, 0xFF, 1, 1, 0, 2, 0, 1};
     EXPECT_EQ(SIM_ENTRY(SetRoutes)(2, routes), 0u);
-    EXPECT_EQ(SIM_ENTRY(SetRoutes)(17, routes), 4u);
-    EXPECT_EQ(sim.Command("get sms.routes"), "01FF");
+    EXPECT_EQ(SIM_ENTRY(SetRoutes)(5, routes), 4u);
+    EXPECT_EQ(sim.Command("get sms.routes"), "00FF010100020001");
     EXPECT_EQ(SIM_ENTRY(SetBroadcastActivation)(1, 1), 0u);
     EXPECT_EQ(SIM_ENTRY(SetBroadcastActivation)(2, 1), 4u);
     EXPECT_EQ(SIM_ENTRY(SetBroadcastActivation)(0, 2), 4u);
