@@ -105,7 +105,8 @@ ORV_RCODE ORV_CALL OrvRetrieveCdmaSMSMessage(ORV_CDMA_SMS* record)
             DeleteStored(kLogSource, kModuleStore, index);
             return ORV_RCODE_OK;
         }
-        if (record->uMsgsRemaining == 0) return result; // else it stays where it is, and the next one is looked at
+        if (record->uMsgsRemaining == 0) return result;
+        record->uParamMask = 0; // it stays where it is, and nothing of it in the record; the next one is looked at
     }
     return ORV_RCODE_OK;
 }

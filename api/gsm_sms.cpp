@@ -71,6 +71,7 @@ ORV_RCODE RetrieveUnread(ORV_GSM_SMS_IN* record)
     if (const ULONG failed = ListBothStores(&on_sim, &count)) return ConvertGobiError2OrvRcode(failed);
     LOG_C("Total UNREAD msgs = %lu, Sim Msgs = %lu", count, on_sim);
     record->uMsgPresent = 0;
+    const ORV_GSM_SMS_IN untouched = *record;
     for (ULONG i = 0; i < count; ++i) {
         const ULONG storage = i < on_sim ? kSimStore : kModuleStore;
         const ULONG index = g_SmsList[i].index;
@@ -93,7 +94,8 @@ ORV_RCODE RetrieveUnread(ORV_GSM_SMS_IN* record)
         if (const ORV_RCODE result = DecodeCompletePDU(message.octets, message.size, record)) {
             LOG_C("DecodeCompletePDU failed with error = %d", result);
             if (!record->bMoreMessages) return result;
-            continue; // it stays where it is
+            *record = untouched; // it stays where it is, and nothing of it in the record
+            continue;
         }
         record->uMsgPresent = 1;
         DeleteStored(kLogSource, storage, index);
@@ -192,6 +194,7 @@ ORV_RCODE ORV_CALL OrvGetGsmSMSCAddr(ULONG size, char* address, BYTE* internatio
         memcpy(address, kSubstituteAddress, length < size ? length : size);
         return ORV_RCODE_OK; // clients must be able to go on: the required rule
     }
+    if (!memchr(address, 0, vendor_size)) address[size > vendor_size ? vendor_size : vendor_size - 1] = 0;
     *international = strcmp(type, kInternational) == 0 ? 1 : 0;
     return ORV_RCODE_OK;
 }

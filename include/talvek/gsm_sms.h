@@ -193,10 +193,11 @@ ORV_API ORV_RCODE ORV_CALL OrvSendSMS(void);
 
 /*
  * The service centre's address.
- * address [out]: 8-bit text of `size` octets, of which the low 8 bits count. international [out]: 1 when its type is
- * "145", else 0.
+ * address [out]: `size` octets, of which the low 8 bits count; a text that does not fit is cut and terminated.
+ * international [out]: 1 when its type is "145", else 0.
  * Returns 0; 10; 17; 2 when the low 8 bits of the size are 0; 4 for a null pointer. When the module does not tell, the
- * result is 0 all the same: the address is then "+7", and international is not written.
+ * result is 0 all the same: the address is then "+7", of which one or two octets hold the beginning without a
+ * terminator, and international is not written.
  */
 ORV_API ORV_RCODE ORV_CALL OrvGetGsmSMSCAddr(ULONG size, char* address, BYTE* international);
 /* address [in]: terminated. international [in]: 1 = type "145"; any other value = "129". Returns 0, 4, 10, 17 or
