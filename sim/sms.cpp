@@ -5,6 +5,7 @@
 #include "sim/clock.h"
 #include "sim/fields.h"
 #include "sim/reset.h"
+#include "sim/sms_loopback.h"
 #include "sim/sms_verb.h"
 
 namespace sim {
@@ -34,6 +35,8 @@ static constexpr Field kFields[] = {
     OctetsField("sms.sent", g_module.sms.sent),
     NumberField("sms.reference", g_module.sms.reference),
     NumberField("sms.link-timer", g_module.sms.link_timer),
+    NumberField("sms.loopback", g_module.sms.loopback, 9),
+    NumberField("sms.loopback-ms", g_module.sms.loopback_ms),
 };
 const FieldTable kSmsFields = {kFields, std::size(kFields)};
 
@@ -44,6 +47,7 @@ void ResetSms(bool umts)
     sms.capacity[0] = 30;
     sms.capacity[1] = 255;
     sms.protocol = umts;
+    sms.loopback_ms = 100;
     Copy(sms.centre, "+12025550100");
     Copy(sms.centre_type, "145");
 }
@@ -257,6 +261,7 @@ extern "C" ULONG SendSMS(ULONG format, ULONG size, BYTE* octets, BYTE link_timer
     sms.link_timer = link_timer;
     sms.sent.count = size;
     memcpy(sms.sent.octets, octets, size);
+    if (format == kFormatGsm) SendBack(octets, size);
     return call.Done();
 }
 

@@ -29,6 +29,8 @@ struct SmsState {
     Octets<1026> sent;
     BYTE reference; // of the message that was sent last
     BYTE link_timer;
+    BYTE loopback; // how often a GSM/UMTS message that was sent comes back
+    ULONG loopback_ms;
     StoredSms messages[kSmsStores][kMaxStoredSms]; // by index
 };
 

@@ -241,4 +241,36 @@ TEST_F(SimulatorSms, AHostileModuleStaysWithinTheRoom)
     EXPECT_EQ(tag, 0u) << "a tag that changed behind the client's back";
 }
 
+TEST_F(SimulatorSms, WhatIsSentComesBackAsTheNetworkDeliversIt)
+{
+    const struct {
+        const char* name;
+        std::vector<BYTE> sent;
+        const char* delivered;
+    } rows[] = {
+        {"no validity period",
+         {0, 0x01, 9, 3, 0x81, 0x21, 0xF3, 0x39, 0x04, 1, 0xAA},
+         "0004038121F339045210100000000001AA"},
+        {"relative, with a header",
+         {0, 0x51, 9, 2, 0x81, 0x21, 0, 0, 0xA7, 2, 0xBB, 0xCC},
+         "004402812100005210100000000002BBCC"},
+        {"absolute, cut short", {0, 0x19, 9, 2, 0x81, 0x21, 0, 0, 1, 2, 3, 4, 5, 6, 7}, ""},
+        {"no SMS-SUBMIT", {0, 0x00, 9, 2, 0x81, 0x21, 0, 0, 1, 0xAA}, ""},
+        {"service centre longer than all", {0xFF, 0x01, 9, 2, 0x81}, ""},
+        {"number longer than all", {0, 0x01, 9, 0xFF, 0x81, 0x21, 0, 0, 1}, ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        sim.Command("reset");
+        sim.Command("clock virtual");
+        sim.Command("set sms.loopback 1");
+        std::vector<BYTE> sent = row.sent; // of the exact size
+        ULONG cause = 0;
+        EXPECT_EQ(SIM_ENTRY(SendSMS)(6, static_cast<ULONG>(sent.size()), sent.data(), 0, &cause), 0u);
+        EXPECT_EQ(sim.Command("sms list 1"), "");
+        sim.Command("advance 100");
+        EXPECT_EQ(sim.Command("sms list 1"), *row.delivered ? std::string("0 1 6 ") + row.delivered : "");
+    }
+}
+
 } // namespace
