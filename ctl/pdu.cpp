@@ -1,6 +1,7 @@
 // The commands for messages as octets, which need no module: pdu decode, pdu encode, pdu explain.
 
 #include "ctl/client.h"
+#include "ctl/message.h"
 #include "ctl/pdu_explain.h"
 #include "ctl/text.h"
 #include "talvek/core.h"
@@ -57,19 +58,6 @@ bool IsCdma(const Choice& choice, const std::vector<BYTE>& octets)
 
 // --- pdu decode ------------------------------------------------------------------------------------------------------
 
-// A text that the library gives, or null where there is none.
-template <class Function, class... Arguments>
-Json TextOrNull(Function function, Arguments... arguments)
-{
-    std::string text(4096, '\0'); // more than user data of 1024 octets makes
-    ULONG length = 0;
-    if (function(arguments..., text.data(), static_cast<ULONG>(text.size()), &length) != ORV_RCODE_OK) return nullptr;
-    text.resize(length);
-    return text;
-}
-
-std::string Shown(const Json& text) { return text.is_null() ? "- (no text)" : text.get<std::string>(); }
-
 // The address's digits are counted by its length octet alone: the record does not keep it.
 Json ServiceCentre(const std::vector<BYTE>& pdu, ULONG type_of_number)
 {
@@ -80,101 +68,22 @@ Json ServiceCentre(const std::vector<BYTE>& pdu, ULONG type_of_number)
     return "+" + digits.get<std::string>();
 }
 
-std::string NameOf(ULONG value, const std::vector<const char*>& names)
-{
-    return value < names.size() ? names[value] : std::to_string(value);
-}
-
 void DecodeGsm(Report& report, const std::vector<BYTE>& pdu)
 {
     ORV_GSM_SMS_IN record = {};
-    const ORV_GSM_SMS_IN& decoded = record;
     Check("OrvGsmSmsDecode", OrvGsmSmsDecode(pdu.data(), static_cast<ULONG>(pdu.size()), &record));
     report.Add("technology", "technology", "GSM/UMTS");
     const Json smsc = ServiceCentre(pdu, record.uSmscTypeOfNumber);
     report.Add("smsc", "service centre", smsc, smsc.is_null() ? "the module's own" : PlainText(smsc));
-    report.Add("sender", "sender", TextOrNull(OrvGsmSmsSender, &decoded));
-    report.AddHidden("sender_type", record.uSenderTypeOfNumber);
-    report.Add("protocol", "protocol", record.uPidGroup | record.uPidValue,
-               HexNumber(record.uPidGroup | record.uPidValue, 2));
-    report.Add("alphabet", "alphabet",
-               NameOf(record.eEncoding, {"GSM 7 bit", "8-bit data", "UCS2", "reserved"}) +
-                   (record.bCompressed != 0 ? ", compressed" : ""));
-    report.Add("message_class", "class", record.eMessageClass > 3 ? Json() : Json(record.eMessageClass));
-    Json units = Json::array();
-    std::string shown;
-    for (size_t i = 0; i < 7; ++i) {
-        units.push_back(record.abTimeStamp[i]);
-        shown += std::to_string(record.abTimeStamp[i]) + " ";
-    }
-    report.Add("time_stamp_units", "time stamp", units, shown + "(units alone; see pdu explain)");
-
-    const ULONG header = record.uUserDataHeaderLen;
-    ULONG octets = record.eEncoding == ORV_GSM_ALPHABET_7BIT ? (record.uUserDataLen * 7 + 7) / 8 : record.uUserDataLen;
-    octets -= std::min(octets, header != 0 ? header + 1 : 0);
-    report.Add("user_data_length", "user data length", record.uUserDataLen);
-    report.Add("user_data_header", "header", header != 0 ? Json(Hex(record.abUserDataHeader, header)) : Json());
-    ORV_SMS_CONCATENATION part = {};
-    Json concatenation;
-    if (OrvGsmSmsConcatenation(&record, &part) == ORV_RCODE_OK) {
-        concatenation = {{"reference", part.uReference},
-                         {"reference_bits", part.bWideReference != 0 ? 16 : 8},
-                         {"parts", part.uParts},
-                         {"part", part.uPart}};
-        report.AddHidden("concatenation", concatenation);
-        report.AddLine("part " + std::to_string(part.uPart) + " of " + std::to_string(part.uParts) + ", reference " +
-                       std::to_string(part.uReference));
-    } else {
-        report.AddHidden("concatenation", nullptr);
-    }
-    report.Add("user_data", "user data", Hex(record.abUserData, octets));
-    const Json text = TextOrNull(OrvGsmSmsToText, &decoded);
-    report.Add("text", "text", text, Shown(text));
+    AddGsmMessage(report, record);
 }
-
-Json Bcd(BYTE octet) { return (octet >> 4) * 10 + (octet & 15); }
 
 void DecodeCdma(Report& report, const std::vector<BYTE>& message)
 {
-    struct Record : ORV_CDMA_SMS {
-        Record() : ORV_CDMA_SMS() {}
-        ~Record() { OrvFreeBuffer(pUserData); }
-        Record(const Record&) = delete;
-        Record& operator=(const Record&) = delete;
-        bool Has(ULONG part) const { return (uParamMask & part) != 0; }
-    } record;
+    ReceivedCdmaSms record;
     Check("OrvCdmaSmsDecode", OrvCdmaSmsDecode(message.data(), static_cast<ULONG>(message.size()), &record));
-    const auto if_present = [&record](ULONG part, Json value) { return record.Has(part) ? std::move(value) : Json(); };
     report.Add("technology", "technology", "CDMA");
-    report.Add("sender", "sender", Utf8(record.szAddress, record.uAddrLen));
-    report.Add("category", "category",
-               record.uMsgCategory == ORV_CDMA_SMS_CATEGORY_VOICE_MAIL ? "voice mail notification" : "text");
-    report.Add("message_id", "message id", record.uMsgId);
-    report.Add("reply_seq", "reply sequence", if_present(ORV_CDMA_SMS_HAS_REPLY_OPTION, record.uReplySeq));
-    Json stamp;
-    if (record.Has(ORV_CDMA_SMS_HAS_TIME_STAMP)) {
-        stamp = {{"year", record.uYear},      {"month", Bcd(record.uMonth)},   {"day", Bcd(record.uDay)},
-                 {"hour", Bcd(record.uHour)}, {"minute", Bcd(record.uMinute)}, {"second", Bcd(record.uSecond)}};
-        const auto two = [](ULONG value) { return (value < 10 ? "0" : "") + std::to_string(value); };
-        report.Add("time_stamp", "time stamp", stamp,
-                   FullYear(two(record.uYear)) + "-" + PlainDigits(record.uMonth) + "-" + PlainDigits(record.uDay) +
-                       " " + PlainDigits(record.uHour) + ":" + PlainDigits(record.uMinute) + ":" +
-                       PlainDigits(record.uSecond));
-    } else {
-        report.Add("time_stamp", "time stamp", stamp);
-    }
-    report.Add("priority", "priority",
-               if_present(ORV_CDMA_SMS_HAS_PRIORITY,
-                          NameOf(record.uPriority, {"normal", "interactive", "urgent", "emergency"})));
-    report.Add("callback", "call-back number",
-               if_present(ORV_CDMA_SMS_HAS_CALLBACK, Utf8(record.szCallback, record.uCallbackLen)));
-    report.Add("messages_waiting", "messages waiting",
-               if_present(ORV_CDMA_SMS_HAS_MESSAGE_COUNT, Bcd(record.uNumMsgs)));
-    const bool has_data = record.Has(ORV_CDMA_SMS_HAS_USER_DATA);
-    report.Add("encoding", "encoding", if_present(ORV_CDMA_SMS_HAS_USER_DATA, record.uEncoding));
-    report.AddHidden("user_data", has_data ? Json(Hex(record.pUserData, record.uUserDataLen)) : Json());
-    const Json text = has_data ? TextOrNull(OrvCdmaSmsToText, static_cast<const ORV_CDMA_SMS*>(&record)) : Json();
-    report.Add("text", "text", text, Shown(text));
+    AddCdmaMessage(report, record);
 }
 
 int Decode(const Client& client, const Choice& choice)
@@ -213,22 +122,6 @@ struct Outgoing {
     WORD message_id = 0;
 };
 
-// A text for an error: what the code means here.
-void CheckText(const char* function, ORV_RCODE code, const char* too_long)
-{
-    if (code == ORV_RCODE_VENDOR_5) throw UsageError(too_long);
-    if (code == ORV_RCODE_FAILED) throw UsageError("the text is not UTF-8");
-    Check(function, code);
-}
-
-void CheckNumber(const std::string& number, const char* what)
-{
-    ULONG type = 0, plan = 0, digits = 0;
-    BYTE octets[20];
-    const ORV_RCODE result = OrvGsmAddressFromText(number.c_str(), &type, &plan, &digits, octets, sizeof octets);
-    if (result != ORV_RCODE_OK) throw UsageError(std::string(what) + " '" + number + "' is no telephone number");
-}
-
 std::vector<std::string> EncodeGsm(const Outgoing& message)
 {
     CheckNumber(message.to, "the destination");
@@ -256,19 +149,9 @@ std::vector<std::string> EncodeGsm(const Outgoing& message)
 
 std::vector<std::string> EncodeCdma(const Outgoing& message)
 {
-    const auto only_digits = [](const std::string& number) {
-        return number.size() <= ORV_CDMA_SMS_MAX_DIGITS &&
-               std::all_of(number.begin(), number.end(), [](char c) { return c >= '0' && c <= '9'; });
-    };
-    if (message.to.empty() || !only_digits(message.to) || !only_digits(message.callback))
-        throw UsageError("a CDMA message takes numbers of 1 to 66 digits, without '+'");
-    if (message.text.empty()) throw UsageError("a CDMA message needs a text");
-    ORV_CDMA_SMS_SEND record = {};
+    if (!message.callback.empty()) CheckCdmaNumber(message.callback);
     BYTE data[ORV_CDMA_SMS_MAX_USER_DATA], octets[ORV_CDMA_SMS_MESSAGE_ROOM];
-    CheckText("OrvCdmaSmsFromText",
-              OrvCdmaSmsFromText(message.to.c_str(), message.text.data(), static_cast<ULONG>(message.text.size()),
-                                 &record, data, sizeof data),
-              "the text is too long: at most 160 characters of ASCII or 80 of Unicode");
+    ORV_CDMA_SMS_SEND record = CdmaSmsFromText(message.to, message.text, data);
     record.uMsgId = message.message_id;
     record.uPriority = message.priority;
     record.uCallbackLen = static_cast<BYTE>(message.callback.size());
