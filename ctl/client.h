@@ -87,5 +87,16 @@ void AddAudioCommands(Client& client);      // audio show, set, tone
 void AddSimulatorCommands(Client& client);  // sim run, sim command, sim emit, sim exec
 void AddDemoCommands(Client& client);       // demo
 void AddPduCommands(Client& client);        // pdu decode, encode, explain
+void AddCoreCommands(Client& client);       // info, power, connect, disconnect, network, codes
+void AddAtCommands(Client& client);         // at
+void AddEventCommands(Client& client);      // events
+void AddMonitorCommands(Client& client);    // monitor
+void AddCallCommands(Client& client);       // call dial, list, answer, end, hold, swap
+void AddUssdCommands(Client& client);       // ussd send, answer, cancel
+void AddAudioCommands(Client& client);      // audio show, set, tone
+void AddSmsCommands(Client& client);        // sms list, read, watch, send, smsc
+void AddPduCommands(Client& client);        // pdu decode, encode, explain
+void AddSimulatorCommands(Client& client);  // sim run, sim command, sim emit, sim exec
+void AddDemoCommands(Client& client);       // demo
 
 } // namespace ctl

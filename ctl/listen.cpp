@@ -203,6 +203,7 @@ int Listen(Client& client, const ListenOptions& options)
     EventQueue& queue = EventQueue::Get();
     Session session;
     session.Open();
+    if (options.selected) options.selected(session);
     queue.Register();
     Listener listener(client, options);
     {

@@ -12,6 +12,8 @@
 
 namespace ctl {
 
+class Session;
+
 struct ListenOptions {
     std::string command;                // as it stands in the JSON answer
     std::vector<ORV_NOTIFY> wanted;     // printed; empty: everything
@@ -23,6 +25,8 @@ struct ListenOptions {
     // The listening ends when the cause is over and everything that it caused has been delivered.
     bool ends_with_cause = false;
 
+    // As soon as the module is selected.
+    std::function<void(const Session& session)> selected;
     // When everything is enabled, before the first event is taken. False: there is nothing to listen for.
     std::function<bool()> begin;
     // Prints an event, instead of the line that events have in common.

@@ -112,6 +112,7 @@ int Run(int argc, char** argv)
     ctl::AddOmaDmCommands(client);
     ctl::AddOmaExCommands(client);
     ctl::AddEriCommands(client);
+    ctl::AddSmsCommands(client);
     ctl::AddPduCommands(client);
     ctl::AddSimulatorCommands(client);
     ctl::AddGsmSimCommands(client);
