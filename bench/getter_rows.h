@@ -111,3 +111,9 @@ GETTER(OrvGetNetworkProviderID)
 GETTER(OrvGetGsmIMSI)
 GETTER(OrvGetImei)
 GETTER(OrvGetGsmSystemStatus)
+
+// cdma_sms.h, gsm_sms.h
+GETTER(OrvGetCdmaSMSMessageStatus)
+GETTER(OrvGetSMSMessageStatus)
+GETTER(OrvGetGsmSMSCAddr)
+GETTER(OrvGetPhonebookEntry)
