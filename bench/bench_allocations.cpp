@@ -54,10 +54,16 @@ ORV_RCODE CallWithBlanks(ORV_RCODE (*function)(Arguments...))
 }
 
 // The same, with a first argument that has to be one of a few.
-template <class Rest>
-ORV_RCODE CallOf(ORV_RCODE (*function)(ULONG, Rest), ULONG first)
+template <class... Rest, size_t... Positions>
+ORV_RCODE CallOf(ORV_RCODE (*function)(ULONG, Rest...), ULONG first, std::index_sequence<Positions...>)
 {
-    return function(first, Blank<Rest>(1));
+    return function(first, Blank<Rest>(Positions + 1)...);
+}
+
+template <class... Rest>
+ORV_RCODE CallOf(ORV_RCODE (*function)(ULONG, Rest...), ULONG first)
+{
+    return CallOf(function, first, std::index_sequence_for<Rest...>());
 }
 
 struct Getter {
