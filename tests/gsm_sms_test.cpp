@@ -61,6 +61,7 @@ protected:
     void TearDown() override
     {
         platform_hooks::DrainThreads(10000);
+        OrvDeRegisterCallback(client.Callback());
         OrvApiShutdown();
         platform_hooks::Reset();
     }
