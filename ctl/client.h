@@ -68,6 +68,25 @@ private:
 // A CLI11 check for options that name a model.
 std::string CheckModel(const std::string& text);
 
+void AddCoreCommands(Client& client);       // info, power, connect, disconnect, network, codes
+void AddGsmNetworkCommands(Client& client); // network register, detach, scan, status, preferred; after those of core
+void AddAtCommands(Client& client);         // at
+void AddCdmaCommands(Client& client);       // cdma, banner
+void AddProvisionCommands(Client& client);  // provision
+void AddMobileIpCommands(Client& client);   // mip
+void AddOmaDmCommands(Client& client);      // omadm
+void AddOmaExCommands(Client& client);      // omaex
+void AddEriCommands(Client& client);        // eri get
+void AddGsmSimCommands(Client& client);     // sim status, pin, puk, lock, file, apdu; after the simulator's
+void AddGsmProfileCommands(Client& client); // profile show, set; session up, down, address, traffic
+void AddEventCommands(Client& client);      // events
+void AddMonitorCommands(Client& client);    // monitor
+void AddCallCommands(Client& client);       // call dial, list, answer, end, hold, swap
+void AddUssdCommands(Client& client);       // ussd send, answer, cancel
+void AddAudioCommands(Client& client);      // audio show, set, tone
+void AddSimulatorCommands(Client& client);  // sim run, sim command, sim emit, sim exec
+void AddDemoCommands(Client& client);       // demo
 void AddSmsCommands(Client& client);        // sms list, read, watch, send, smsc
+void AddPduCommands(Client& client);        // pdu decode, encode, explain
 
 } // namespace ctl

@@ -290,7 +290,7 @@ TEST_F(GsmSms, ALongTextComesBackWholeWhateverTheNetworkDoes)
     sim.Command("set sms.loopback-ms 100");
     const std::string text = std::string(300, 'x') + "end";
     ORV_SMS_JOINER joiner;
-    std::vector<BYTE> memory(ORV_SMS_MAX_PARTS * ORV_SMS_JOINER_PART);
+    std::vector<BYTE> memory(size_t{ORV_SMS_MAX_PARTS} * ORV_SMS_JOINER_PART);
     ASSERT_EQ(OrvSmsJoinStart(&joiner, memory.data(), static_cast<ULONG>(memory.size())), ORV_RCODE_OK);
     for (const ULONG part : {1u, 0u}) {
         EXPECT_EQ(Store(text.c_str(), part), ORV_RCODE_OK);
@@ -323,10 +323,10 @@ TEST_F(GsmSms, ServiceCentreIsCutToTheCallersBuffer)
         std::string address; // that many octets, and what follows them unchanged
         BYTE international;
     } rows[] = {
-        {"whole", false, 13, std::string("+12025550100", 13), 1},
-        {"no room for the terminator", false, 12, std::string("+1202555010", 12), 1},
-        {"low octet counts", false, 256 + 3, std::string("+12", 4), 1},
-        {"substitute", true, 50, std::string("+7", 3), 9},
+        {"whole", false, 13, std::string("+12025550100\0", 13), 1},
+        {"no room for the terminator", false, 12, std::string("+1202555010\0", 12), 1},
+        {"low octet counts", false, 256 + 3, std::string("+12\0", 4), 1},
+        {"substitute", true, 50, std::string("+7\0", 3), 9},
         {"substitute, two octets", true, 2, "+7", 9},
         {"substitute, one octet", true, 1, "+", 9},
     };
