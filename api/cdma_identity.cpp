@@ -34,12 +34,13 @@ struct SerialNumbers {
 // What strtoul gives for a text that it cannot read, or that needs more than 32 bits.
 bool IsNoNumber(ULONG number) { return number == 0 || number == 0xFFFFFFFF; }
 
-// At most `Digits` hexadecimal digits at `text`.
-template <size_t Digits>
-ULONG LeadingHexNumber(const char* text)
+// The number that at most `digits` characters of `text` from `begin` on stand for; 0 where the text is shorter.
+ULONG PartialHexNumber(const char* text, size_t begin, size_t digits)
 {
-    char part[Digits + 1] = {};
-    strncpy(part, text, Digits);
+    constexpr size_t kMostDigits = 8; // of 32 bits
+    char part[kMostDigits + 1] = {};
+    const size_t length = strlen(text);
+    if (begin < length) memcpy(part, text + begin, length - begin < digits ? length - begin : digits);
     return HexNumber(part);
 }
 
@@ -101,9 +102,8 @@ ORV_RCODE ORV_CALL OrvGetMEIDESN(ORV_MEID_ESN* record)
     record->bMeidValid = record->bEsnValid = numbers.meid[0] != 0; // both from the MEID
     record->wReserved = 0;
     record->uReserved = 0;
-    record->uMeidHigh = LeadingHexNumber<kHighDigits>(numbers.meid);
-    // The octets behind a shorter text are all 0.
-    record->uMeidLow = LeadingHexNumber<kLowDigits>(numbers.meid + kHighDigits);
+    record->uMeidHigh = PartialHexNumber(numbers.meid, 0, kHighDigits);
+    record->uMeidLow = PartialHexNumber(numbers.meid, kHighDigits, kLowDigits);
     record->uPesn = HexNumber(numbers.esn);
     ORV_RCODE result = ORV_RCODE_OK;
     if (IsNoNumber(record->uMeidHigh) || IsNoNumber(record->uMeidLow) || IsNoNumber(record->uPesn)) {

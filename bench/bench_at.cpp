@@ -5,6 +5,7 @@
 #include <dlfcn.h>
 #include <errno.h>
 #include <fcntl.h>
+#include <initializer_list>
 #include <sched.h>
 #include <stdio.h>
 #include <string.h>
