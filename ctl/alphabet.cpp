@@ -2,6 +2,7 @@
 
 #include "ctl/error.h"
 #include "ctl/text.h"
+#include "talvek/sms_text.h"
 
 #include <algorithm>
 #include <iterator>
@@ -11,23 +12,7 @@ namespace ctl {
 
 namespace {
 
-// 3GPP TS 23.038, 6.2.1: a row is 16 codes. 0x1B is the escape to the extension.
-constexpr char16_t kBasic[128 + 1] = u"@£$¥èéùìòÇ\nØø\rÅå"
-                                     u"Δ_ΦΓΛΩΠΨΣΘΞ\u00A0ÆæßÉ"
-                                     u" !\"#¤%&'()*+,-./"
-                                     u"0123456789:;<=>?"
-                                     u"¡ABCDEFGHIJKLMNO"
-                                     u"PQRSTUVWXYZÄÖÑÜ§"
-                                     u"¿abcdefghijklmno"
-                                     u"pqrstuvwxyzäöñüà";
-static_assert(kBasic[0x10] == u'Δ' && kBasic[0x40] == u'¡' && kBasic[0x7F] == u'à');
-constexpr unsigned char kEscape = 0x1B;
-
-constexpr struct {
-    unsigned char code;
-    char16_t character;
-} kExtension[] = {{0x0A, u'\f'}, {0x14, u'^'}, {0x28, u'{'}, {0x29, u'}'}, {0x2F, u'\\'},
-                  {0x3C, u'['},  {0x3D, u'~'}, {0x3E, u']'}, {0x40, u'|'}, {0x65, u'€'}};
+constexpr size_t kMostOctets = 3; // of a character of the GSM alphabet in UTF-8
 
 // The characters of a UTF-8 text. Throws UsageError where it is not well-formed.
 std::vector<char32_t> Characters(std::string_view utf8)
@@ -55,11 +40,17 @@ std::vector<char32_t> Characters(std::string_view utf8)
     return out;
 }
 
-std::string Shown(char32_t character)
+// The character in UTF-8.
+std::string Encoded(char32_t character)
 {
     const WCHAR units[] = {static_cast<WCHAR>(character < 0x10000 ? character : 0xD7C0 + (character >> 10)),
                            static_cast<WCHAR>(character < 0x10000 ? 0 : 0xDC00 + (character & 0x3FF))};
-    return "'" + Utf8(units, std::size(units)) + "' (U+" + HexNumber(static_cast<ULONG>(character), 4).substr(2) + ")";
+    return Utf8(units, std::size(units));
+}
+
+std::string Shown(char32_t character)
+{
+    return "'" + Encoded(character) + "' (U+" + HexNumber(static_cast<ULONG>(character), 4).substr(2) + ")";
 }
 
 enum class Coding { Gsm, Ucs2, Unknown };
@@ -95,27 +86,54 @@ Scheme Read(ULONG scheme)
     }
 }
 
+// Septets, one an octet, as the library takes them: packed (3GPP TS 23.038, 6.1.2.1.1).
+std::vector<BYTE> Packed(std::string_view septets)
+{
+    std::vector<BYTE> out((septets.size() * 7 + 7) / 8);
+    for (size_t i = 0; i < septets.size(); ++i) {
+        const ULONG bits = static_cast<ULONG>(septets[i] & 0x7F) << (i * 7 % 8);
+        out[i * 7 / 8] = static_cast<BYTE>(out[i * 7 / 8] | bits);
+        if (bits > 0xFF) out[i * 7 / 8 + 1] = static_cast<BYTE>(bits >> 8);
+    }
+    return out;
+}
+
+std::string Unpacked(const std::vector<BYTE>& packed, size_t count)
+{
+    std::string out;
+    for (size_t i = 0; i < count; ++i) {
+        const size_t octet = i * 7 / 8;
+        const ULONG pair = packed[octet] | (octet + 1 < packed.size() ? ULONG{packed[octet + 1]} << 8 : 0);
+        out += static_cast<char>(pair >> (i * 7 % 8) & 0x7F);
+    }
+    return out;
+}
+
+// The text of octets that are septets, each.
+std::string FromSeptets(std::string_view septets)
+{
+    const std::vector<BYTE> packed = Packed(septets);
+    std::string out(septets.size() * kMostOctets + 1, '\0');
+    ULONG length = 0;
+    OrvGsmTextUnpack(packed.data(), static_cast<ULONG>(packed.size()), 0, static_cast<ULONG>(septets.size()),
+                     out.data(), static_cast<ULONG>(out.size()), &length);
+    out.resize(length);
+    return out;
+}
+
+// An octet above 127 is no character of the alphabet.
 std::string FromGsm(std::string_view octets)
 {
-    std::u16string out;
-    for (size_t i = 0; i < octets.size(); ++i) {
-        const auto code = static_cast<unsigned char>(octets[i]);
-        if (code == kEscape && i + 1 < octets.size()) {
-            const auto next = static_cast<unsigned char>(octets[++i]);
-            const auto* const row = std::find_if(std::begin(kExtension), std::end(kExtension),
-                                                 [next](const auto& r) { return r.code == next; });
-            // An extension that is not known shows as the character of the basic table.
-            if (row != std::end(kExtension))
-                out += row->character;
-            else
-                out += next < 128 ? kBasic[next] : u'\uFFFD';
-        } else if (code == kEscape) {
-            out += u' ';
-        } else {
-            out += code < 128 ? kBasic[code] : u'\uFFFD';
-        }
+    std::string out;
+    while (!octets.empty()) {
+        const auto* const end =
+            std::find_if(octets.begin(), octets.end(), [](char c) { return static_cast<unsigned char>(c) > 127; });
+        const auto length = static_cast<size_t>(end - octets.begin());
+        if (length > 0) out += FromSeptets(octets.substr(0, length));
+        if (length < octets.size()) out += "\uFFFD";
+        octets.remove_prefix(std::min(length + 1, octets.size()));
     }
-    return Utf8(out.data(), out.size());
+    return out;
 }
 
 std::string FromUcs2(std::string_view octets)
@@ -134,21 +152,17 @@ std::string FromUcs2(std::string_view octets)
 
 std::string ToGsm(std::string_view utf8)
 {
-    std::string out;
     for (const char32_t character : Characters(utf8)) {
-        const auto* const basic = std::find(std::begin(kBasic), std::end(kBasic) - 1, character);
-        const auto* const row = std::find_if(std::begin(kExtension), std::end(kExtension),
-                                             [character](const auto& r) { return r.character == character; });
-        if (basic != std::end(kBasic) - 1 && character != 0xA0) {
-            out += static_cast<char>(basic - std::begin(kBasic));
-        } else if (row != std::end(kExtension)) {
-            out += static_cast<char>(kEscape);
-            out += static_cast<char>(row->code);
-        } else {
+        const std::string alone = Encoded(character);
+        ULONG septets = 0;
+        if (OrvGsmTextSeptets(alone.data(), static_cast<ULONG>(alone.size()), &septets) != ORV_RCODE_OK)
             throw UsageError("the GSM alphabet has no " + Shown(character) + " (see --ucs2)");
-        }
     }
-    return out;
+    std::vector<BYTE> packed(utf8.size() * 2 + 1); // at most two septets a character
+    ULONG septets = 0;
+    OrvGsmTextPack(utf8.data(), static_cast<ULONG>(utf8.size()), packed.data(), static_cast<ULONG>(packed.size()),
+                   &septets);
+    return Unpacked(packed, septets);
 }
 
 std::string ToUcs2(std::string_view utf8)
