@@ -19,7 +19,7 @@ enum {
     ORV_NOTIFY_RFInfo = 114,      /* never delivered: only makes the module report, which is logged */
     ORV_NOTIFY_NetworkTime = 116, /* carried by the first of 103, 1002, 1039, 1040, 1042, 2027, 2032, and for good */
     ORV_NOTIFY_NewSMS = 500,
-    ORV_NOTIFY_SMSSendStatus = 501,
+    ORV_NOTIFY_SMSSendStatus = 501, /* of OrvSendCdmaSMS and OrvSendSMS */
     ORV_NOTIFY_CellBroadcast = 502, /* carried by 500 */
     ORV_NOTIFY_RFInfoCdma = 1000,   /* as 114 */
     ORV_NOTIFY_CdmaService = 1002,
@@ -41,11 +41,11 @@ enum {
     ORV_NOTIFY_PhonebookReady = 2013,   /* carried by 500, too */
     ORV_NOTIFY_PhonebookRecords = 2014, /* carried by 500 */
     ORV_NOTIFY_EmergencyNumbers = 2015, /* carried by 500, and for good */
-    ORV_NOTIFY_PLMNModeSet = 2016,
-    ORV_NOTIFY_PLMNSearchDone = 2017,
+    ORV_NOTIFY_PLMNModeSet = 2016,      /* of OrvSetPLMNMode: a mode was accepted */
+    ORV_NOTIFY_PLMNSearchDone = 2017,   /* of OrvStartPLMNSearch: 1 = networks were found */
     ORV_NOTIFY_RadioOff = 2018,
-    ORV_NOTIFY_PLMNManual = 2019,
-    ORV_NOTIFY_VoiceMail = 2020, /* carried by 500 */
+    ORV_NOTIFY_PLMNManual = 2019, /* of OrvSetPLMNMode: a manual mode is in force */
+    ORV_NOTIFY_VoiceMail = 2020,  /* carried by 500; also of OrvRetrieveCdmaSMSMessage */
     ORV_NOTIFY_GsmPacketState = 2027,
     ORV_NOTIFY_PktSessionCall = 2029,
     ORV_NOTIFY_GsmSystemStatus = 2032,
