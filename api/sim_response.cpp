@@ -40,8 +40,9 @@ ULONG ToOctets(Reply& reply, const Digits& digits, BYTE (&octets)[SimResponse::k
     const ULONG count = digits.length / 2;
     if (count > SimResponse::kCapacity) reply.Refuse(fault);
     for (ULONG i = 0; i < count && reply.Finish(); ++i) {
-        const ULONG high = scan::Digit(digits.text[2 * i]);
-        const ULONG low = scan::Digit(digits.text[2 * i + 1]);
+        const char* const pair = digits.text + size_t{2} * i;
+        const ULONG high = scan::Digit(pair[0]);
+        const ULONG low = scan::Digit(pair[1]);
         if (high > 15 || low > 15) reply.Refuse(fault);
         octets[i] = static_cast<BYTE>(high << 4 | (low & 15));
     }

@@ -87,7 +87,7 @@ void CheckPin(const char* function, ORV_RCODE code, ULONG cme_error, ULONG kind)
 // A password in a client's record, wiped with it.
 template <class Record>
 struct Wiped : Record {
-    Wiped() : Record{} {}
+    Wiped() { static_cast<Record&>(*this) = Record{}; }
     ~Wiped() { explicit_bzero(static_cast<Record*>(this), sizeof(Record)); }
     Wiped(const Wiped&) = delete;
     Wiped& operator=(const Wiped&) = delete;

@@ -70,9 +70,9 @@ Report Explanation::ToReport() const
         report.AddLine(padded(Position(field), position_width) + padded(name, name_width) +
                        padded(is_long ? "(below)" : raw, kLongestRaw) + field.meaning);
         for (size_t at = 0; is_long && at < raw.size(); at += kLongLine)
-            report.AddLine(margin + raw.substr(at, kLongLine));
+            report.AddLine(std::string(margin).append(raw, at, kLongLine));
         for (const std::string& note : field.notes)
-            report.AddLine(margin + "The library: " + note);
+            report.AddLine(std::string(margin).append("The library: ").append(note));
         const size_t last_bit = field.first_bit + std::max<size_t>(field.bits, 1) - 1;
         fields.push_back({{"first_octet", field.first_bit / 8},
                           {"first_bit", 7 - field.first_bit % 8},
@@ -201,7 +201,7 @@ std::string FullYear(const std::string& digits) { return (digits >= "90" && digi
 
 std::string RelativeTime(ULONG value)
 {
-    if (value <= 143) return Count((value + 1) * 5, "minute");
+    if (value <= 143) return Count((size_t{value} + 1) * 5, "minute");
     if (value <= 167) {
         const ULONG half_hours = 24 + value - 143;
         return std::to_string(half_hours / 2) + (half_hours % 2 != 0 ? ".5 hours" : " hours");

@@ -159,7 +159,7 @@ void ServiceCentre(PduReader& in)
     if (length == 0) return;
     const Explanation::Inner inner(in.Out());
     const ULONG type = TypeOfAddress(in);
-    AddressValue(in, type, (length - 1) * 2);
+    AddressValue(in, type, size_t{2} * (length - 1));
 }
 
 void Address(PduReader& in, const char* name)
