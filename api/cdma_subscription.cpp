@@ -33,6 +33,19 @@ struct HomeNetwork {
     }
 };
 
+// Puts a number of the home network into `out`, with its text.
+ORV_RCODE GiveHomeNumber(ULONG nam, WORD* out, WORD HomeNetwork::*number, const char* text)
+{
+    if (const ORV_RCODE refused = RequireCdma()) return refused;
+    if (!out) return ORV_RCODE_BAD_PARAMETER;
+    NoteNamOfReader(nam);
+    HomeNetwork home;
+    if (const ORV_RCODE result = home.Query()) return result;
+    *out = home.*number;
+    LOG_C(text, home.*number);
+    return ORV_RCODE_OK;
+}
+
 // Puts one of the values that OrvIsModemReady read into `out`, with its text.
 ORV_RCODE GiveRegistration(ULONG nam, BYTE* out, BYTE value, const char* text)
 {
@@ -150,26 +163,12 @@ ORV_RCODE ORV_CALL OrvGetCdmaIMSI(WCHAR* min)
 
 ORV_RCODE ORV_CALL OrvPstGetImsiMcc(ULONG nam, WORD* pwMcc)
 {
-    if (const ORV_RCODE refused = RequireCdma()) return refused;
-    if (!pwMcc) return ORV_RCODE_BAD_PARAMETER;
-    NoteNamOfReader(nam);
-    HomeNetwork home;
-    if (const ORV_RCODE result = home.Query()) return result;
-    *pwMcc = home.mcc;
-    LOG_C("ImsiMcc = %d", home.mcc);
-    return ORV_RCODE_OK;
+    return GiveHomeNumber(nam, pwMcc, &HomeNetwork::mcc, "ImsiMcc = %d");
 }
 
 ORV_RCODE ORV_CALL OrvPstGetImsi1112(ULONG nam, WORD* pwDigits)
 {
-    if (const ORV_RCODE refused = RequireCdma()) return refused;
-    if (!pwDigits) return ORV_RCODE_BAD_PARAMETER;
-    NoteNamOfReader(nam);
-    HomeNetwork home;
-    if (const ORV_RCODE result = home.Query()) return result;
-    *pwDigits = home.mnc;
-    LOG_C("Digits112 = %d", home.mnc);
-    return ORV_RCODE_OK;
+    return GiveHomeNumber(nam, pwDigits, &HomeNetwork::mnc, "Digits112 = %d");
 }
 
 ORV_RCODE ORV_CALL OrvPstSetImsiMcc(ULONG nam, WORD)
