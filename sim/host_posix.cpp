@@ -67,7 +67,7 @@ void HostPause(ULONG timeout_ms)
     timespec until = {};
     clock_gettime(CLOCK_REALTIME, &until);
     until.tv_sec += timeout_ms / 1000;
-    until.tv_nsec += static_cast<int64_t>(timeout_ms % 1000) * 1000000;
+    until.tv_nsec += static_cast<decltype(until.tv_nsec)>(timeout_ms % 1000 * 1000000);
     if (until.tv_nsec >= 1000000000) {
         until.tv_nsec -= 1000000000;
         ++until.tv_sec;
@@ -89,8 +89,9 @@ void HostWake()
 
 void HostSleep(ULONG milliseconds)
 {
-    const timespec time = {static_cast<time_t>(milliseconds / 1000),
-                           static_cast<int64_t>(milliseconds % 1000) * 1000000};
+    timespec time = {};
+    time.tv_sec = static_cast<time_t>(milliseconds / 1000);
+    time.tv_nsec = static_cast<decltype(time.tv_nsec)>(milliseconds % 1000 * 1000000);
     nanosleep(&time, nullptr);
 }
 
