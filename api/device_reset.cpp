@@ -5,7 +5,7 @@
 
 namespace {
 
-DWORD ResetThread(LPVOID)
+DWORD WINAPI ResetThread(LPVOID)
 {
     OrvModemReset();
     return 0;

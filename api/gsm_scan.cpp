@@ -77,7 +77,7 @@ void TellResult(const Scan& scan)
     DeliverValueDirectly(ORV_NOTIFY_PLMNSearchDone, found ? 1 : 0);
 }
 
-DWORD PerformNetworkScanThread(LPVOID)
+DWORD WINAPI PerformNetworkScanThread(LPVOID)
 {
     LOG_C("Entering PerformNetworkScan thread");
     const OrvAirServerList servers = AirServers();

@@ -115,7 +115,7 @@ void PrepareCdmaModule()
     if (g_RuimCard == 1) g_SimAccess = 1;
 }
 
-DWORD ResumeThread(LPVOID)
+DWORD WINAPI ResumeWorkThread(LPVOID)
 {
     g_OrvNotify.EnableOnResume();
     return 0;
@@ -237,7 +237,7 @@ ORV_RCODE ORV_CALL OrvHandleResume(ULONG targetDx)
         return ORV_RCODE_API_NOT_INIT;
     }
     if (targetDx == kResumeState) {
-        if (const HANDLE thread = CreateThread(nullptr, 0, ResumeThread, nullptr, 0, nullptr)) CloseHandle(thread);
+        if (const HANDLE thread = CreateThread(nullptr, 0, ResumeWorkThread, nullptr, 0, nullptr)) CloseHandle(thread);
     } else {
         LOG_C("OrvHandleResume NOOP for targetDx = D%d", targetDx);
     }

@@ -34,7 +34,7 @@ bool LastOneWasSent()
     return sent;
 }
 
-DWORD SendNotifyThread(LPVOID)
+DWORD WINAPI SendNotifyThread(LPVOID)
 {
     LOG_C("Send SMS Notification Thread");
     Sleep(kHeadStart_ms);

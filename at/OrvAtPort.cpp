@@ -41,7 +41,7 @@ void SetParity(DCB& block, char letter)
     if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
     for (const Row& row : kRows) {
         if (row.letter != letter) continue;
-        block.fParity = row.checked;
+        block.fParity = row.checked & 1; // one bit, where the system packs them
         block.Parity = row.parity;
         return;
     }
@@ -159,8 +159,7 @@ ULONG COrvAtPort::Open(const WCHAR* port_name, ULONG baud_rate, char parity, BYT
     if (length == 0 || device_name[length - 1] != ':') device_name[length] = ':';
     LOG_W(TXT("Final PortName =  %s "), device_name);
 
-    const HANDLE port = CreateFileW(device_name, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE port = OpenPort(device_name);
     if (port == INVALID_HANDLE_VALUE) {
         LOG_W(TXT("CreateFile() on %s failed, errno %d"), device_name, GetLastError());
         return ORV_RCODE_PORT_OPEN_FAILED;
@@ -255,7 +254,7 @@ bool COrvAtPort::ReadReply(char* reply, const ULONG* timeout_ms)
     bool finished = false;
     while (!finished) {
         DWORD read = 0;
-        if (ReadFile(m_hATPort, reply + length, kReplyCapacity - length, &read, nullptr)) {
+        if (ReadPort(m_hATPort, reply + length, kReplyCapacity - length, &read)) {
             length += DropZeroOctets(reply + length, read);
         } else if (failed_reads < kReadRetries) {
             LOG_W(TXT("Readfile - retry attempt(%d)"), failed_reads);

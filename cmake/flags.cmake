@@ -16,8 +16,9 @@ if(TALVEK_SANITIZE)
   endif()
 endif()
 
-# Every symbol of a shared library is found when it is linked. Clang leaves the sanitizers' own to the program.
-if(TALVEK_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+# Every symbol of a shared library is found when it is linked. Clang leaves the sanitizers' own to the program; Windows links
+# in no other way.
+if(WIN32 OR (TALVEK_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES "Clang"))
   set(TALVEK_STRICT_LINK "")
 else()
   set(TALVEK_STRICT_LINK -Wl,-z,defs)
@@ -31,3 +32,9 @@ target_compile_options(talvek_library_code INTERFACE
   -fvisibility=hidden -ffunction-sections -fdata-sections
   $<$<CONFIG:Release>:-O2>   # smaller than CMake's own -O3, and no slower where it is measured
   $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics -fvisibility-inlines-hidden>)
+
+if(WIN32)
+  # No run-time library of the compiler has to be shipped. The client and the tests ask for the Windows API as wide text.
+  add_link_options(-static)
+  set(CMAKE_SHARED_LIBRARY_PREFIX "")
+endif()

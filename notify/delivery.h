@@ -24,17 +24,28 @@ inline bool StartDelivery(LPTHREAD_START_ROUTINE body, LPVOID argument)
     return true;
 }
 
+template <class Event>
+DWORD WINAPI DeliverWord(LPVOID argument)
+{
+    DeliverUnderLock(Event{static_cast<ULONG>(reinterpret_cast<uintptr_t>(argument))});
+    return 0;
+}
+
 // The same for an event of one word, which travels in the argument itself. The event is dropped when no thread is to be
 // had.
 template <class Event>
 void DeliverOnThread(ULONG word)
 {
-    StartDelivery(
-        [](LPVOID argument) -> DWORD {
-            DeliverUnderLock(Event{static_cast<ULONG>(reinterpret_cast<uintptr_t>(argument))});
-            return 0;
-        },
-        reinterpret_cast<LPVOID>(static_cast<uintptr_t>(word)));
+    StartDelivery(DeliverWord<Event>, reinterpret_cast<LPVOID>(static_cast<uintptr_t>(word)));
+}
+
+template <class Event>
+DWORD WINAPI DeliverSlot(LPVOID slot)
+{
+    const Event taken = *static_cast<Event*>(slot);
+    GiveEventSlot(slot);
+    DeliverUnderLock(taken);
+    return 0;
 }
 
 // The same for an event that is more than a thread's argument holds on a 32-bit machine.
@@ -45,13 +56,5 @@ void DeliverCopyOnThread(const Event& event)
     void* const copy = TakeEventSlot();
     if (!copy) return;
     *static_cast<Event*>(copy) = event;
-    const bool started = StartDelivery(
-        [](LPVOID argument) -> DWORD {
-            const Event taken = *static_cast<Event*>(argument);
-            GiveEventSlot(argument);
-            DeliverUnderLock(taken);
-            return 0;
-        },
-        copy);
-    if (!started) GiveEventSlot(copy);
+    if (!StartDelivery(DeliverSlot<Event>, copy)) GiveEventSlot(copy);
 }

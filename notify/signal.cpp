@@ -172,7 +172,7 @@ struct SignalEvent {
 };
 
 // Reads the last strength when it runs, so two quick events may both deliver the later one.
-DWORD SignalThread(LPVOID)
+DWORD WINAPI SignalThread(LPVOID)
 {
     DispatchLastSignalStrength();
     return 0;

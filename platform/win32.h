@@ -1,8 +1,9 @@
 // The Win32 subset that the library stands on, and nothing more.
 //
-// On Windows these are the system's own declarations. Elsewhere they are declared below, under their Win32 names and
-// with their Win32 meanings, and platform/posix implements them in a shared library of its own, so that everything that
-// runs in a process shares one last error, one set of handles and one set of test hooks (platform/hooks.h).
+// On Windows these are the system's own declarations (platform/windows). Elsewhere they are declared below, under their
+// Win32 names and with their Win32 meanings, and platform/posix implements them in a shared library of its own, so that
+// everything that runs in a process shares one last error, one set of handles and one set of test hooks
+// (platform/hooks.h).
 //
 // Each entry tells what it does, what it returns, the error it leaves for GetLastError() and who calls it.
 #pragma once
@@ -72,7 +73,8 @@ PLATFORM_API void SetLastError(DWORD error);
 
 // --- threads --------------------------------------------------------------------------------------------------------
 
-using LPTHREAD_START_ROUTINE = DWORD (*)(LPVOID);
+#define WINAPI // the system's calling convention, where it has several
+using LPTHREAD_START_ROUTINE = DWORD(WINAPI*)(LPVOID);
 
 // Starts `start(argument)` on a new thread. `security`, `stack_size`, `flags` and `thread_id` must be null or 0.
 // Returns a handle that the caller closes with CloseHandle (the thread goes on), or null with the last error set.
@@ -181,6 +183,19 @@ PLATFORM_API BOOL WriteFile(HANDLE handle, LPCVOID buffer, DWORD size, DWORD* wr
 // Moves a file's position and returns its low 32 bits, or INVALID_SET_FILE_POINTER. Called with FILE_END before a log
 // is written.
 PLATFORM_API DWORD SetFilePointer(HANDLE handle, int32_t distance, int32_t* distance_high, DWORD method);
+
+// Ours, not Win32. Opens a serial port for reading and writing and for this process alone. Each system's names for
+// ports are taken, with and without the device colon. Called by COrvAtPort.
+inline HANDLE OpenPort(const WCHAR* name)
+{
+    return CreateFileW(name, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+// Ours, not Win32: ReadFile on a port, with the meaning described there also where the system's own differs. Called by
+// COrvAtPort.
+inline BOOL ReadPort(HANDLE port, LPVOID buffer, DWORD size, DWORD* read)
+{
+    return ReadFile(port, buffer, size, read, nullptr);
+}
 
 struct DCB {
     DWORD DCBlength;
