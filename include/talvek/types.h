@@ -14,7 +14,7 @@
 typedef unsigned char BYTE;
 typedef unsigned short WORD;
 typedef unsigned long ULONG; /* 32 bits on every Windows */
-typedef unsigned __int64 ULONGLONG;
+typedef unsigned long long ULONGLONG;
 typedef wchar_t WCHAR; /* 16 bits on every Windows */
 #define ORV_TEXT(text) L##text
 #define ORV_CALL __cdecl
