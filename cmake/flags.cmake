@@ -33,6 +33,11 @@ target_compile_options(talvek_library_code INTERFACE
   $<$<CONFIG:Release>:-O2>   # smaller than CMake's own -O3, and no slower where it is measured
   $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics -fvisibility-inlines-hidden>)
 
+if(NOT WIN32)
+  # Where the system has both: files of any size, whatever numbers their file system gives them, and dates after 2038.
+  add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)
+endif()
+
 if(WIN32)
   # No run-time library of the compiler has to be shipped. The client and the tests ask for the Windows API as wide text.
   add_link_options(-static)
