@@ -79,7 +79,8 @@ static_assert(sizeof(OrvPlmnRecord) == 120 && offsetof(OrvPlmnRecord, szShortNam
 static_assert(offsetof(OrvPlmnRecord, nMCC) == 100 && offsetof(OrvPlmnRecord, bMore) == 117, "six flags");
 static_assert(sizeof(ORV_IMEI) == 76 && offsetof(ORV_IMEI, szImei) == 4, "a text of 36");
 static_assert(sizeof(ORV_PREF_OPERATOR) == 48 && offsetof(ORV_PREF_OPERATOR, szOperator) == 12, "a text of 36");
-static_assert(offsetof(ORV_PREF_OPERATOR_LIST, pEntries) == 8, "two words");
+static_assert(sizeof(ORV_PREF_OPERATOR_LIST) == 8 + sizeof(void*) && offsetof(ORV_PREF_OPERATOR_LIST, pEntries) == 8,
+              "two words and a pointer");
 #endif
 
 /* --- registration ------------------------------------------------------------------------------------------------- */

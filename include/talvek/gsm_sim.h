@@ -195,8 +195,10 @@ typedef struct tagORV_SIM_RECORD_STATUS {
 } ORV_SIM_RECORD_STATUS;
 
 #ifdef __cplusplus
-static_assert(sizeof(ORV_SIM_RESPONSE) == 16 + sizeof(void*), "four words and a pointer");
-static_assert(sizeof(ORV_SIM_GENERIC_REQUEST) == 8 + sizeof(void*), "two words and a pointer");
+static_assert(sizeof(ORV_SIM_RESPONSE) == 16 + sizeof(void*) && offsetof(ORV_SIM_RESPONSE, pPayload) == 16,
+              "four words and a pointer");
+static_assert(sizeof(ORV_SIM_GENERIC_REQUEST) == 8 + sizeof(void*) && offsetof(ORV_SIM_GENERIC_REQUEST, pPayload) == 8,
+              "two words and a pointer");
 static_assert(sizeof(ORV_SIM_RECORD_STATUS) == 32, "eight words");
 #endif
 

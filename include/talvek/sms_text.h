@@ -257,6 +257,19 @@ typedef struct tagORV_SMS_JOINER {
     BYTE abSenderDigits[ORV_GSM_SMS_MAX_DIGITS];
 } ORV_SMS_JOINER;
 
+#ifdef __cplusplus
+static_assert(offsetof(ORV_SMS_OPTIONS, pSmsc) == (sizeof(void*) == 4 ? 20 : 24) &&
+                  sizeof(ORV_SMS_OPTIONS) == (sizeof(void*) == 4 ? 24 : 32),
+              "five words and a pointer");
+static_assert(sizeof(ORV_SMS_CONCATENATION) == 16 && offsetof(ORV_SMS_CONCATENATION, uPart) == 12, "four words");
+static_assert(offsetof(ORV_SMS_JOINER, pMemory) == sizeof(void*) &&
+                  offsetof(ORV_SMS_JOINER, uCapacity) == 2 * sizeof(void*) &&
+                  offsetof(ORV_SMS_JOINER, message) == 2 * sizeof(void*) + 12 &&
+                  offsetof(ORV_SMS_JOINER, abSenderDigits) == 2 * sizeof(void*) + 40 &&
+                  sizeof(ORV_SMS_JOINER) == (sizeof(void*) == 4 ? 68 : 80),
+              "words but for one pointer and the digits");
+#endif
+
 /*
  * Begins with no part at all.
  * joiner [out]. memory [in]: stays the caller's, and with the joiner until the text has been taken. capacity [in]: in
