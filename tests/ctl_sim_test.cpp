@@ -164,6 +164,15 @@ TEST(CtlSim, CommandGivesTheSimulatorsAnswers)
     EXPECT_TRUE(Contains(wrong.error, "no.field")) << wrong.error;
 }
 
+// The client that prints its module, as the program that `sim exec` runs.
+Texts ExecInfo(const Texts& module)
+{
+    Texts arguments = {"sim", "exec"};
+    for (const Texts& part : {module, Texts{"--"}, kClient, Texts{"info", "--json"}})
+        arguments.insert(arguments.end(), part.begin(), part.end());
+    return arguments;
+}
+
 TEST(CtlSim, ExecRunsAProgramAgainstASimulatedModule)
 {
     const ScratchFolder folder;
@@ -178,15 +187,14 @@ TEST(CtlSim, ExecRunsAProgramAgainstASimulatedModule)
 
     // A client that knows nothing of the simulator finds the module and its AT port.
     const std::string log = folder.Path("log");
-    const Result info = RunClient({"sim", "exec", "umts:5141", "--", kClient, "info", "--json"},
-                                  {{"TMPDIR", folder.Path("")}, {"TALVEK_LOG", "info:" + log}});
+    const Result info =
+        RunClient(ExecInfo({"umts:5141"}), {{"TMPDIR", folder.Path("")}, {"TALVEK_LOG", "info:" + log}});
     EXPECT_EQ(info.status, 0) << info.output << info.error;
     EXPECT_EQ(Parse(info.output)["result"]["device_id"], 0x5141);
     EXPECT_TRUE(Contains(folder.Read("log"), "Mobile Termination Error Values set to Numeric")) << folder.Read("log");
 
     const std::string scenario = folder.Write("name.sim", "set identity.model Other\n");
-    const Result other =
-        RunClient({"sim", "exec", "cdma", "--scenario", scenario, "--", kClient, "info", "--json"}, environment);
+    const Result other = RunClient(ExecInfo({"cdma", "--scenario", scenario}), environment);
     EXPECT_EQ(Parse(other.output)["result"]["model"], "Other") << other.output;
 }
 

@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
-# check_install.sh BUILD EXAMPLES CMAKE CC CXX
+# check_install.sh BUILD EXAMPLES CMAKE CC CXX TOOLCHAIN [EMULATOR...]
 #
 # Installs BUILD into a scratch folder, moves that folder (an installation may be moved), builds the examples against it by
-# pkg-config and by find_package, and runs them with the simulated module.
+# pkg-config and by find_package, and runs them with the simulated module. For another machine TOOLCHAIN is its toolchain
+# file, and EMULATOR runs its programs; for this one TOOLCHAIN is empty.
 set -euo pipefail
-build="$1" examples="$2" cmake="$3" cc="$4" cxx="$5"
+build="$1" examples="$2" cmake="$3" cc="$4" cxx="$5" toolchain="$6"
+emulator=("${@:7}")
 
 scratch="$build/install-check"
 rm -rf "$scratch"
@@ -33,10 +35,12 @@ libraries="$(pkg-config --variable=libdir talvek)"
     $(pkg-config --cflags --libs talvek) "-Wl,-rpath,$libraries"
 
 "$cmake" -S "$scratch/examples" -B "$scratch/build" -G Ninja "-DCMAKE_C_COMPILER=$cc" "-DCMAKE_CXX_COMPILER=$cxx" \
-    "-DCMAKE_PREFIX_PATH=$prefix" >/dev/null
+    ${toolchain:+"-DCMAKE_TOOLCHAIN_FILE=$toolchain" "-DCMAKE_FIND_ROOT_PATH=$prefix"} "-DCMAKE_PREFIX_PATH=$prefix" >/dev/null
 "$cmake" --build "$scratch/build" >/dev/null
 
-run() { "$prefix/bin/talvekctl" sim exec "$1" -- "$2"; }
+run() {
+    ${emulator[@]+"${emulator[@]}"} "$prefix/bin/talvekctl" sim exec "$1" -- ${emulator[@]+"${emulator[@]}"} "$2"
+}
 for folder in "$scratch" "$scratch/build"; do
     check "hello, CDMA" "K2.0.12C-SIM (ORV_RCODE_OK)" run cdma "$folder/hello"
     check "hello, GSM/UMTS" "K2.0.12U-SIM (ORV_RCODE_OK)" run umts "$folder/hello"

@@ -14,6 +14,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/support/child_process.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/scratch_folder.h"
 #include "utility/log.h"
@@ -23,20 +24,21 @@ namespace {
 using Lines = std::vector<std::string>;
 
 // Starts the probe with standard error in the folder's file "stderr".
-pid_t StartProbe(const ScratchFolder& folder, const std::string& setting, std::vector<std::string> arguments)
+pid_t StartProbe(const ScratchFolder& folder, const std::string& setting, const std::vector<std::string>& arguments)
 {
     setenv("TALVEK_LOG", setting.c_str(), 1);
-    std::string program = TALVEK_BINARY_DIRECTORY "/talvek_log_probe";
-    std::vector<char*> argv = {program.data()};
-    for (std::string& argument : arguments)
-        argv.push_back(argument.data());
+    std::vector<std::string> words = BuiltProgram("talvek_log_probe");
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (std::string& word : words)
+        argv.push_back(word.data());
     argv.push_back(nullptr);
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
     posix_spawn_file_actions_addopen(&files, STDERR_FILENO, folder.Path("stderr").c_str(),
                                      O_WRONLY | O_CREAT | O_APPEND, 0600);
     pid_t process = -1;
-    posix_spawn(&process, program.c_str(), &files, nullptr, argv.data(), environ);
+    posix_spawnp(&process, argv[0], &files, nullptr, argv.data(), environ);
     posix_spawn_file_actions_destroy(&files);
     unsetenv("TALVEK_LOG");
     return process;

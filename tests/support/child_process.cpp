@@ -10,6 +10,7 @@
 
 #include <string.h>
 
+#include <sstream>
 #include <stdexcept>
 
 extern char** environ;
@@ -26,7 +27,6 @@ int Wait(pid_t pid)
 }
 
 // The test's environment without what concerns this library, and the setup's on top.
-// leaks in.
 std::vector<std::string> Environment(const ChildSetup& setup)
 {
     std::vector<std::string> all;
@@ -53,6 +53,16 @@ std::vector<char*> Pointers(std::vector<std::string>& texts)
 
 } // namespace
 
+std::vector<std::string> BuiltProgram(const std::string& name)
+{
+    std::vector<std::string> words;
+    std::istringstream emulator(TALVEK_EMULATOR);
+    for (std::string word; std::getline(emulator, word, '|');)
+        words.push_back(word);
+    words.push_back(TALVEK_BINARY_DIRECTORY "/" + name);
+    return words;
+}
+
 ChildProcess::ChildProcess(const ChildSetup& setup)
 {
     int input[2], output[2], error[2];
@@ -69,8 +79,8 @@ ChildProcess::ChildProcess(const ChildSetup& setup)
 
     std::vector<std::string> command = setup.command;
     std::vector<std::string> environment = Environment(setup);
-    const int failure = posix_spawn(&m_pid, command[0].c_str(), &actions, nullptr, Pointers(command).data(),
-                                    Pointers(environment).data());
+    const int failure = posix_spawnp(&m_pid, command[0].c_str(), &actions, nullptr, Pointers(command).data(),
+                                     Pointers(environment).data());
     posix_spawn_file_actions_destroy(&actions);
     close(input[0]);
     close(output[1]);

@@ -7,8 +7,11 @@
 #include <utility>
 #include <vector>
 
+// What starts a program that was built here: its path, behind the emulator and its options if this machine needs one.
+std::vector<std::string> BuiltProgram(const std::string& name);
+
 struct ChildSetup {
-    std::vector<std::string> command;                             // the program's path first
+    std::vector<std::string> command;                             // the program first
     std::vector<std::pair<std::string, std::string>> environment; // set on top of the test's own
     std::string input;
     std::string output_file; // instead of a pipe that is read, for example /dev/full

@@ -15,12 +15,12 @@ using Json = nlohmann::json;
 using Texts = std::vector<std::string>;
 using Environment = std::vector<std::pair<std::string, std::string>>;
 
-inline const std::string kClient = std::string(TALVEK_BINARY_DIRECTORY) + "/talvekctl";
+inline const Texts kClient = BuiltProgram("talvekctl");
 
 inline ChildSetup Talvekctl(const Texts& arguments, const Environment& environment = {})
 {
     ChildSetup setup;
-    setup.command = {kClient};
+    setup.command = kClient;
     setup.command.insert(setup.command.end(), arguments.begin(), arguments.end());
     setup.environment = environment;
     return setup;
