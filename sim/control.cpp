@@ -105,7 +105,7 @@ static void SerialVerb(Command& command)
         return;
     }
     if (!OpenTerminal()) {
-        command.Fail().Add("the host gives no pseudo-terminal, or its link cannot be made");
+        command.Fail().Add("the host gives no line for the AT port, or its link cannot be made");
         return;
     }
     char text[64];
