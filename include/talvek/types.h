@@ -17,8 +17,13 @@ typedef unsigned long ULONG; /* 32 bits on every Windows */
 typedef unsigned long long ULONGLONG;
 typedef wchar_t WCHAR; /* 16 bits on every Windows */
 #define ORV_TEXT(text) L##text
+#ifdef __GNUC__ /* its default; written out it would become part of the names of C++ functions */
+#define ORV_CALL
+#define ORV_VENDOR_CALL
+#else
 #define ORV_CALL __cdecl
 #define ORV_VENDOR_CALL __cdecl
+#endif
 #ifdef TALVEK_BUILD
 #define ORV_EXPORT __declspec(dllexport)
 #else
