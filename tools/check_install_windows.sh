@@ -26,7 +26,7 @@ clang --target=x86_64-pc-windows-msvc -ffreestanding -std=c11 "${warnings[@]}" -
 lld-link /nologo /subsystem:console /nodefaultlib /entry:start "$scratch/no_runtime.obj" "$prefix/lib/TALVEK.lib" \
     "/out:$prefix/bin/no_runtime.exe"
 "$cmake" -S "$scratch/examples" -B "$scratch/build" -G Ninja "-DCMAKE_TOOLCHAIN_FILE=$toolchain" \
-    "-Dtalvek_DIR=$prefix/lib/cmake/talvek" >/dev/null
+    -DCMAKE_EXE_LINKER_FLAGS=-static "-Dtalvek_DIR=$prefix/lib/cmake/talvek" >/dev/null
 "$cmake" --build "$scratch/build" >/dev/null
 cp "$scratch/build/hello.exe" "$scratch/build/hello_class.exe" "$prefix/bin/"
 

@@ -50,6 +50,10 @@ def wine():
     return tool("wine64", "/usr/lib/wine/wine64", "wine")
 
 
+def wine_server():
+    return tool("wineserver", "/usr/lib/wine/wineserver")
+
+
 def wine_environment(prefix):
     environment = {**os.environ, "WINEPREFIX": prefix, "WINEDLLOVERRIDES": "mscoree,mshtml="}
     environment.setdefault("WINEDEBUG", "-all")
@@ -80,14 +84,27 @@ def locked(path, wait):
     return lock
 
 
+def start_server(prefix):
+    """A server that Wine starts by itself leads a session, so that a serial port becomes its controlling terminal: when
+    that is hung up, the server is sent a signal upon which it prints all that it knows. This one leads none. It ends a
+    few seconds after the last program of the prefix."""
+    server, environment = wine_server(), wine_environment(prefix)
+    runs = [server, "-k0"]
+    while subprocess.run(runs, env=environment, stderr=subprocess.DEVNULL, check=False).returncode != 0:
+        subprocess.run(["sh", "-c", '"$0" -f -p3 </dev/null >/dev/null 2>&1 &', server], env=environment, check=True,
+                       start_new_session=True)
+        time.sleep(0.02)
+
+
 def make_prefix(prefix):
     ready = os.path.join(prefix, "talvek-ready")
     if os.path.exists(ready):
         return
-    os.makedirs(os.path.dirname(prefix), exist_ok=True)
+    os.makedirs(prefix, exist_ok=True)
     lock_path = prefix + ".lock"
     with locked(lock_path, wait=True):
         if not os.path.exists(ready):
+            start_server(prefix)
             done = subprocess.run([wine(), "wineboot", "-i"],
                                   env=wine_environment(prefix), stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                   stderr=subprocess.DEVNULL)
@@ -297,6 +314,7 @@ def run_with_lines(arguments, environment, prefix, first_port):
 def run(expected, arguments):
     prefix = os.path.abspath(os.environ.get("WINEPREFIX") or default_prefix(arguments[0]))
     make_prefix(prefix)
+    start_server(prefix)
     slot, lock = take_slot(prefix)
     with lock:
         status, text = run_with_lines(arguments, wine_environment(prefix), prefix, FIRST_PORT + slot * 2 * PAIRS)
@@ -351,9 +369,8 @@ def finish(prefix):
         return 0
     left = await_none(lambda: [p for p in processes_of(prefix) if is_program(p[1])], 5)
     environment = wine_environment(prefix)
-    server = tool("wineserver", "/usr/lib/wine/wineserver")
     for option in ("-k", "-w"):
-        subprocess.run([server, option], env=environment, check=False, stderr=subprocess.DEVNULL)
+        subprocess.run([wine_server(), option], env=environment, check=False, stderr=subprocess.DEVNULL)
     left += [p for p in await_none(lambda: processes_of(prefix), 10) if p not in left]
     shutil.rmtree(prefix)
     if os.path.exists(prefix + ".lock"):
