@@ -85,7 +85,8 @@ static bool ReceiveWaiting()
         const DWORD waiting = status.cbInQue < sizeof(octets) ? status.cbInQue : sizeof(octets);
         OVERLAPPED operation = {};
         operation.hEvent = g_read;
-        if (!ReadFile(g_modem, octets, waiting, nullptr, &operation) && GetLastError() != ERROR_IO_PENDING) return false;
+        if (!ReadFile(g_modem, octets, waiting, nullptr, &operation) && GetLastError() != ERROR_IO_PENDING)
+            return false;
         if (!Await(operation, &count) || count == 0) return false;
         Guard guard;
         AtReceive(octets, count);
@@ -188,8 +189,8 @@ static bool OpenPair(const char* module_end)
     if (!g_claim) return false;
     if (GetLastError() != ERROR_ALREADY_EXISTS) {
         WideName(name, "\\\\.\\", module_end);
-        g_modem = CreateFileW(name, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_OVERLAPPED,
-                              nullptr);
+        g_modem =
+            CreateFileW(name, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr);
         if (g_modem != INVALID_HANDLE_VALUE && Configure()) return true;
         if (g_modem != INVALID_HANDLE_VALUE) CloseHandle(g_modem);
         g_modem = INVALID_HANDLE_VALUE;
