@@ -24,6 +24,8 @@ static Shared<ULONG> g_open;
 
 // For a client to read a fragment: it cannot be told when it has.
 constexpr ULONG kFragmentMs = 2;
+// For the client's end to learn that the line was hung up. Until then it takes octets that nobody reads.
+constexpr ULONG kHangUpMs = 5;
 constexpr ULONG kLinesRoom = 1024;
 
 // Waits for an operation that was begun. Returns false when it failed or the line is to be closed; nothing of it is
@@ -303,9 +305,11 @@ bool OpenTerminal()
 void HangUpTerminal()
 {
     Locked locked;
+    if (!g_thread) return;
     g_stop = 1;
     WakeTerminal();
     JoinThread();
+    HostSleep(kHangUpMs);
 }
 
 void TerminalName(char* name, ULONG room)

@@ -71,13 +71,19 @@ inline HANDLE OpenPort(const WCHAR* name)
 
 // Reads what waits on a port, or waits for it as its time-outs say. With the read interval and multiplier at MAXDWORD a
 // read is to return with the first octets. Some implementations of Win32 go on waiting until the request is filled, so
-// one octet is asked for, and then exactly what waits behind it.
+// one octet is asked for, and then exactly what waits behind it. To some of them a line that was hung up is one on which
+// nothing comes, so its status is asked, too.
 inline BOOL ReadPort(HANDLE port, LPVOID buffer, DWORD size, DWORD* read)
 {
-    if (!ReadFile(port, buffer, size > 0 ? 1 : 0, read, nullptr)) return FALSE;
-    if (*read == 0) return TRUE;
     COMSTAT status = {};
     DWORD errors = 0;
+    *read = 0;
+    if (!ClearCommError(port, &errors, &status)) {
+        SetLastError(ERROR_NOT_READY);
+        return FALSE;
+    }
+    if (!ReadFile(port, buffer, size > 0 ? 1 : 0, read, nullptr)) return FALSE;
+    if (*read == 0) return TRUE;
     if (!ClearCommError(port, &errors, &status)) return TRUE; // the next read tells
     const DWORD waiting = status.cbInQue < size - 1 ? status.cbInQue : size - 1;
     DWORD more = 0;
