@@ -71,8 +71,8 @@ inline HANDLE OpenPort(const WCHAR* name)
 
 // Reads what waits on a port, or waits for it as its time-outs say. With the read interval and multiplier at MAXDWORD a
 // read is to return with the first octets. Some implementations of Win32 go on waiting until the request is filled, so
-// one octet is asked for, and then exactly what waits behind it. To some of them a line that was hung up is one on which
-// nothing comes, so its status is asked, too.
+// one octet is asked for, and then exactly what waits behind it. To some of them a line that was hung up is one on
+// which nothing comes, so its status is asked, too.
 inline BOOL ReadPort(HANDLE port, LPVOID buffer, DWORD size, DWORD* read)
 {
     COMSTAT status = {};
