@@ -39,7 +39,7 @@ if(NOT WIN32)
 endif()
 
 if(WIN32)
-  # No run-time library of the compiler has to be shipped. The client and the tests ask for the Windows API as wide text.
+  # No run-time library of the compiler has to be shipped.
   add_link_options(-static)
   set(CMAKE_SHARED_LIBRARY_PREFIX "")
 endif()

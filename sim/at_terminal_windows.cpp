@@ -153,25 +153,13 @@ static bool Configure()
 {
     DCB settings = {};
     settings.DCBlength = sizeof(settings);
-    if (!GetCommState(g_modem, &settings)) return false;
-    settings.BaudRate = CBR_115200;
-    settings.fBinary = TRUE;
-    settings.fParity = FALSE;
-    settings.fOutxCtsFlow = FALSE;
-    settings.fOutxDsrFlow = FALSE;
-    settings.fDtrControl = DTR_CONTROL_ENABLE;
-    settings.fDsrSensitivity = FALSE;
-    settings.fOutX = FALSE;
-    settings.fInX = FALSE;
-    settings.fErrorChar = FALSE;
-    settings.fNull = FALSE;
-    settings.fRtsControl = RTS_CONTROL_ENABLE;
-    settings.fAbortOnError = FALSE;
-    settings.ByteSize = 8;
-    settings.Parity = NOPARITY;
-    settings.StopBits = ONESTOPBIT;
+    settings.fBinary = TRUE; // there is nothing else, and the two must differ even while nobody uses them
+    settings.XonChar = 0x11;
+    settings.XoffChar = 0x13;
     COMMTIMEOUTS none = {};
-    return SetCommState(g_modem, &settings) && SetCommTimeouts(g_modem, &none) && PurgeComm(g_modem, PURGE_RXCLEAR);
+    return BuildCommDCBW(TXT("baud=115200 parity=n data=8 stop=1 xon=off octs=off odsr=off idsr=off dtr=on rts=on"),
+                         &settings) &&
+           SetCommState(g_modem, &settings) && SetCommTimeouts(g_modem, &none) && PurgeComm(g_modem, PURGE_RXCLEAR);
 }
 
 // Makes the wide name PREFIX NAME, where NAME is ASCII.

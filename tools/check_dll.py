@@ -18,10 +18,16 @@ import pe
 
 
 def read_def(path):
-    """The exported names of a .def file."""
+    """The entries of a .def file: a name, and "NAME DATA" where it stands for a variable."""
     with open(path, encoding="ascii") as file:
         lines = [line.split(";")[0].split() for line in file]
-    return {line[0] for line in lines if line and line[0] not in ("LIBRARY", "EXPORTS")}
+    return {" ".join(line) for line in lines if line and line[0] not in ("LIBRARY", "EXPORTS")}
+
+
+def entries(image):
+    """What a .def file should say of the image."""
+    variables = pe.exported_variables(image)
+    return {f"{name} DATA" if name in variables else name for name in pe.exported_names(image) if not name.startswith("_Z")}
 
 
 def write_def(path, library, names):
@@ -45,16 +51,16 @@ def difference(what, found, wanted):
 
 def faults(image, options):
     names = pe.exported_names(image)
-    functions = {name for name in names if not name.startswith("_Z")}
+    plain = entries(image)
     wanted = read_def(options.def_file)
     if not wanted:
         yield f"{options.def_file} lists nothing"
-    yield from difference("export", functions, wanted)
+    yield from difference("export", plain, wanted)
     if options.list:
         with open(options.list, encoding="utf-8") as file:
             yield from difference("export", demangled(names), set(file.read().splitlines()))
-    elif len(names) != len(functions):
-        yield f"export: {sorted(set(names) - functions)[0]} is no C function"
+    elif len(names) != len(plain):
+        yield "export: there are names of C++, and no list of them"
     if names != sorted(names):
         yield "export: the names are not in order, so a loader does not find them"
     needed = set(pe.imported_names(image))
@@ -76,8 +82,7 @@ def main():
     options = parser.parse_args()
     image = pe.read(options.library)
     if options.update:
-        names = [name for name in pe.exported_names(image) if not name.startswith("_Z")]
-        write_def(options.def_file, os.path.basename(options.library), names)
+        write_def(options.def_file, os.path.basename(options.library), entries(image))
         return 0
     found = list(faults(image, options))
     print("\n".join(found) or f"{options.library}: {len(pe.exported_names(image))} names, as listed")

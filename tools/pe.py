@@ -17,13 +17,16 @@ class Image:
     is_64_bit: bool
     subsystem: int
     directories: list  # (address, size), both relative to the image's base
-    sections: list  # (address, size in the file, offset in the file)
+    sections: list  # (address, size, size in the file, offset in the file, whether it holds code)
 
     def offset(self, address):
-        for start, size, offset in self.sections:
+        for start, _, size, offset, _ in self.sections:
             if start <= address < start + size:
                 return offset + address - start
-        raise NotAnImage(f"address {address:#x} lies in no section")
+        raise NotAnImage(f"address {address:#x} is not in the file")
+
+    def is_code(self, address):
+        return any(code and start <= address < start + size for start, size, _, _, code in self.sections)
 
     def unpack(self, layout, address):
         return struct.unpack_from("<" + layout, self.data, self.offset(address))
@@ -34,6 +37,7 @@ class Image:
 
 
 EXPORTS, IMPORTS, RESOURCES = 0, 1, 2
+EXECUTABLE = 0x20000000
 
 
 def read(path):
@@ -54,8 +58,10 @@ def read(path):
         directories = [struct.unpack_from("<II", data, tables + 4 + 8 * i) for i in range(min(count, 16))]
         sections = []
         for i in range(section_count):
-            _, address, size, offset = struct.unpack_from("<4I", data, optional + optional_size + 40 * i + 8)
-            sections.append((address, size, offset))
+            header = optional + optional_size + 40 * i
+            size, address, file_size, offset = struct.unpack_from("<4I", data, header + 8)
+            (flags,) = struct.unpack_from("<I", data, header + 36)
+            sections.append((address, size, file_size, offset, bool(flags & EXECUTABLE)))
     except struct.error as error:
         raise NotAnImage(f"{path} is cut short") from error
     return Image(data, machine, is_64_bit, subsystem, directories, sections)
@@ -69,6 +75,16 @@ def exported_names(image):
     (count,) = image.unpack("I", address + 24)
     (names,) = image.unpack("I", address + 32)
     return [image.text(image.unpack("I", names + 4 * i)[0]) for i in range(count)]
+
+
+def exported_variables(image):
+    """Those of the names that stand for data rather than code."""
+    address, _ = image.directories[EXPORTS]
+    (functions,) = image.unpack("I", address + 28)
+    (numbers,) = image.unpack("I", address + 36)
+    names = exported_names(image)
+    places = [image.unpack("I", functions + 4 * image.unpack("H", numbers + 2 * i)[0])[0] for i in range(len(names))]
+    return {name for name, place in zip(names, places) if not image.is_code(place)}
 
 
 def imported_names(image):

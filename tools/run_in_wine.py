@@ -32,6 +32,7 @@ import tty
 PAIRS = 4
 FIRST_PORT = 128  # Wine removes and makes links with low numbers at will
 SLOTS = 16        # runs at a time in one prefix; the last port is COM255
+SERVER_LIMIT_S = 30
 READ_LIMIT_S = 2  # for the client to read what came before a hang-up
 BUFFER_LIMIT = 1 << 16
 TESTS = re.compile(r"talvek_\w*tests\.exe$", re.IGNORECASE)
@@ -90,10 +91,13 @@ def start_server(prefix):
     few seconds after the last program of the prefix."""
     server, environment = wine_server(), wine_environment(prefix)
     runs = [server, "-k0"]
+    deadline = time.monotonic() + SERVER_LIMIT_S
     while subprocess.run(runs, env=environment, stderr=subprocess.DEVNULL, check=False).returncode != 0:
         subprocess.run(["sh", "-c", '"$0" -f -p3 </dev/null >/dev/null 2>&1 &', server], env=environment, check=True,
                        start_new_session=True)
         time.sleep(0.02)
+        if time.monotonic() > deadline:
+            sys.exit(f"run_in_wine.py: no Wine server comes up in {prefix}")
 
 
 def make_prefix(prefix):
